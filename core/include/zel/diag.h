@@ -1,0 +1,4 @@
+// Diagnostics: exceptions, warnings, logging.
+#pragma once
+
+#include <zel/config.h>

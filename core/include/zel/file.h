@@ -1,0 +1,4 @@
+// Files and the data directory.
+#pragma once
+
+#include <zel/config.h>

@@ -1,0 +1,4 @@
+// Memory: the global allocator.
+#pragma once
+
+#include <zel/config.h>

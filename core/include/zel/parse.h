@@ -1,0 +1,4 @@
+// Parsing and command lines.
+#pragma once
+
+#include <zel/config.h>

@@ -1,0 +1,4 @@
+// Byte streams and serialisation.
+#pragma once
+
+#include <zel/config.h>

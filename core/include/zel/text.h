@@ -1,0 +1,4 @@
+// Text: strings, formatting, character sets, shared strings.
+#pragma once
+
+#include <zel/config.h>

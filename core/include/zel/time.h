@@ -1,0 +1,4 @@
+// Time values, time text, time intervals.
+#pragma once
+
+#include <zel/config.h>

@@ -1,0 +1,282 @@
+// The contract between the portable library and the operating system.
+//
+// Everything platform-specific lives behind this header: core/os/win32 implements it with Win32
+// calls, core/os/posix with POSIX and Linux calls. No other file of the library includes a
+// platform header. The semantics are the Windows ones on every platform, so that the code above
+// is written once: handles, wait results, alertable waits that run queued asynchronous procedure
+// calls (APCs), waitable timers whose completion routines run on the arming thread, and the
+// system's last-error value.
+//
+// This header is internal: it is not installed. Its functions are exported from the shared
+// library only so that the library's own tests can reach them.
+#pragma once
+
+#include <zel/config.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+namespace zel::os {
+
+// ---------------------------------------------------------------------------------------------
+// The process heap: the memory under the global allocator and under this layer's own objects.
+
+// Returns `bytes` bytes aligned for any scalar type, or null.
+ZEL_API void *HeapAlloc(size_t bytes);
+// Resizes a block from HeapAlloc (null `p` allocates); returns null and keeps `p` on failure.
+ZEL_API void *HeapRealloc(void *p, size_t bytes);
+// Frees a block from HeapAlloc; null is ignored.
+ZEL_API void HeapFree(void *p);
+
+// ---------------------------------------------------------------------------------------------
+// The calling thread's last system error: GetLastError on Windows, errno on Linux. Every function
+// of this layer that reports failure by its result sets it.
+
+ZEL_API uint32_t LastError();
+ZEL_API void SetLastError(uint32_t code);
+
+// Writes the system's text for `code` into `buf` (at most `cap` - 1 characters and a NUL) and
+// returns the length of the full text, which may exceed what fitted; 0 when the system has none.
+// Windows: FormatMessageA from the system table; Linux: strerror's text. The text is returned as
+// the system gives it (FormatMessageA ends it with CR LF). Leaves the last error unchanged.
+ZEL_API int ErrorText(uint32_t code, char *buf, int cap);
+
+// Saves the last error on construction and restores it on destruction.
+class SavedLastError {
+ public:
+  SavedLastError() : code_(LastError()) {}
+  ~SavedLastError() { SetLastError(code_); }
+  SavedLastError(const SavedLastError &) = delete;
+  SavedLastError &operator=(const SavedLastError &) = delete;
+
+ private:
+  uint32_t code_;
+};
+
+// ---------------------------------------------------------------------------------------------
+// Atomics on plain 32-bit fields, with the results of the Interlocked family.
+
+// Adds one; returns the new value.
+inline int32_t AtomicIncrement(int32_t &v) {
+  return std::atomic_ref<int32_t>(v).fetch_add(1) + 1;
+}
+// Subtracts one; returns the new value.
+inline int32_t AtomicDecrement(int32_t &v) {
+  return std::atomic_ref<int32_t>(v).fetch_sub(1) - 1;
+}
+// Stores `value`; returns the previous value.
+inline int32_t AtomicExchange(int32_t &v, int32_t value) {
+  return std::atomic_ref<int32_t>(v).exchange(value);
+}
+// Stores `value` when `v` equals `expected`; returns the value `v` held before.
+inline int32_t AtomicCompareExchange(int32_t &v, int32_t value, int32_t expected) {
+  std::atomic_ref<int32_t>(v).compare_exchange_strong(expected, value);
+  return expected;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Thread identity, yielding and sleeping.
+
+// The calling thread's system id (GetCurrentThreadId; the kernel's thread id, gettid, on Linux).
+ZEL_API uint32_t CurrentThreadId();
+// Gives up the rest of the time slice (Sleep(0)).
+ZEL_API void Yield();
+// Sleeps `ms` milliseconds without running APCs.
+ZEL_API void Sleep(uint32_t ms);
+
+// ---------------------------------------------------------------------------------------------
+// Clocks.
+
+// The performance counter: monotonic ticks (QueryPerformanceCounter; CLOCK_MONOTONIC in
+// nanoseconds on Linux).
+ZEL_API int64_t PerfCounter();
+// Ticks per second of PerfCounter.
+ZEL_API int64_t PerfFrequency();
+// The system clock in 100-ns units since 1601-01-01 00:00 UTC (the FILETIME scale).
+ZEL_API int64_t SystemTime100ns();
+
+// ---------------------------------------------------------------------------------------------
+// Thread-local slots (TlsAlloc and friends). A slot holds one pointer per thread, null at first.
+
+inline constexpr uint32_t kNoTlsSlot = 0xFFFFFFFF;
+
+// Allocates a slot; kNoTlsSlot on failure.
+ZEL_API uint32_t TlsAlloc();
+// Frees a slot; false on failure.
+ZEL_API bool TlsFree(uint32_t slot);
+// The calling thread's value in the slot.
+ZEL_API void *TlsGet(uint32_t slot);
+// Stores the calling thread's value; false on failure. Storing a non-null value on Linux also
+// makes sure ThreadDetaching runs when this thread ends (see Module and thread lifetime).
+ZEL_API bool TlsSet(uint32_t slot, void *value);
+
+// ---------------------------------------------------------------------------------------------
+// Handles and waits.
+//
+// A handle names a waitable object: an event, a semaphore, a waitable timer or a thread. On
+// Windows it is the system's HANDLE; on Linux it points to this layer's own reference-counted
+// object, and the wait functions reproduce the Windows semantics (including alertable waits and
+// APCs). Null and kInvalidHandle (all ones) are never valid handles.
+
+using Handle = void *;
+inline Handle const kInvalidHandle = reinterpret_cast<Handle>(~uintptr_t{0});
+// The pseudo-handle of the calling thread (GetCurrentThread); valid only in the thread functions.
+inline Handle const kCurrentThread = reinterpret_cast<Handle>(~uintptr_t{1});
+
+inline bool IsHandle(Handle h) { return h != nullptr && h != kInvalidHandle; }
+
+// Wait results, with their Windows values.
+inline constexpr uint32_t kWaitObject0 = 0x00000000;     // + index of the signalled object
+inline constexpr uint32_t kWaitAbandoned0 = 0x00000080;  // + index of an abandoned mutex
+inline constexpr uint32_t kWaitIoCompletion = 0x000000C0;  // the wait ended because APCs ran
+inline constexpr uint32_t kWaitTimeout = 0x00000102;
+inline constexpr uint32_t kWaitFailed = 0xFFFFFFFF;
+// A time-out that never passes.
+inline constexpr uint32_t kInfinite = 0xFFFFFFFF;
+// The most handles one wait accepts (MAXIMUM_WAIT_OBJECTS).
+inline constexpr int kMaxWaitObjects = 64;
+
+// Closes a handle; false (and the last error set) when it is not a handle.
+ZEL_API bool CloseHandle(Handle h);
+
+// Waits until `h` is signalled, `ms` pass, or (when `alertable`) APCs queued to the calling thread
+// have run. Returns kWaitObject0, kWaitTimeout, kWaitIoCompletion or kWaitFailed. Waiting
+// consumes an auto-reset event's signal, one unit of a semaphore and an auto-reset timer's signal.
+ZEL_API uint32_t WaitOne(Handle h, uint32_t ms, bool alertable);
+
+// Waits on `count` handles (1 to kMaxWaitObjects): for any one of them (the lowest signalled index
+// wins, and only that one is consumed), or with `wait_all` for all of them at once (all consumed
+// together). Returns kWaitObject0 + index (kWaitObject0 for wait_all), kWaitAbandoned0 + index,
+// kWaitTimeout, kWaitIoCompletion or kWaitFailed.
+ZEL_API uint32_t WaitMany(int count, const Handle *handles, bool wait_all, uint32_t ms,
+                          bool alertable);
+
+// Sleeps `ms` milliseconds; when `alertable`, returns early with kWaitIoCompletion after running
+// queued APCs. Returns 0 when the time passed.
+ZEL_API uint32_t SleepEx(uint32_t ms, bool alertable);
+
+// Events. A manual-reset event stays signalled until reset; an auto-reset event releases one
+// waiter and resets itself. Pulse releases the threads waiting at that moment (one for an
+// auto-reset event) and leaves the event reset. All return null / false on failure.
+ZEL_API Handle CreateEvent(bool manual_reset, bool initially_set);
+ZEL_API bool SetEvent(Handle event);
+ZEL_API bool ResetEvent(Handle event);
+ZEL_API bool PulseEvent(Handle event);
+
+// Semaphores. Release fails, changing nothing, when it would raise the count above `maximum`;
+// `previous` (may be null) receives the count before the release.
+ZEL_API Handle CreateSemaphore(int32_t initial, int32_t maximum);
+ZEL_API bool ReleaseSemaphore(Handle semaphore, int32_t count, int32_t *previous);
+
+// Waitable timers. `due` is in 100-ns units: negative means relative to now, positive an absolute
+// system time on the FILETIME scale. `period_ms` > 0 makes the timer periodic. Arming resets the
+// timer's signal. With a `routine`, each expiry also queues the routine as an APC to the thread
+// that armed the timer; it runs there during an alertable wait, with `arg` and the expiry's
+// system time split into its low and high 32 bits. Closing a timer cancels it.
+using TimerRoutine = void(ZEL_CALLBACK *)(void *arg, uint32_t time_low, uint32_t time_high);
+ZEL_API Handle CreateWaitableTimer(bool manual_reset);
+ZEL_API bool SetWaitableTimer(Handle timer, int64_t due, int32_t period_ms, TimerRoutine routine,
+                              void *arg);
+ZEL_API bool CancelWaitableTimer(Handle timer);
+
+// ---------------------------------------------------------------------------------------------
+// Threads. A thread handle is signalled when its thread ends.
+
+using ThreadRoutine = unsigned(ZEL_CALLBACK *)(void *arg);
+using ApcRoutine = void(ZEL_CALLBACK *)(uintptr_t arg);
+
+// Thread priorities, with their Windows values.
+inline constexpr int kPriorityIdle = -15;
+inline constexpr int kPriorityLowest = -2;
+inline constexpr int kPriorityBelowNormal = -1;
+inline constexpr int kPriorityNormal = 0;
+inline constexpr int kPriorityAboveNormal = 1;
+inline constexpr int kPriorityHighest = 2;
+inline constexpr int kPriorityTimeCritical = 15;
+inline constexpr int kPriorityError = 0x7FFFFFFF;  // GetThreadPriority's failure value
+
+// Starts a thread running routine(arg) (through _beginthreadex on Windows). `stack_size` 0 means
+// the default; small sizes are raised to the system's minimum. With `suspended` the routine does
+// not start before ResumeThread. Stores the thread's id through `thread_id` when it is not null.
+// Returns the thread's handle, or null.
+ZEL_API Handle CreateThread(ThreadRoutine routine, void *arg, uint32_t stack_size, bool suspended,
+                            uint32_t *thread_id);
+// Lowers the thread's suspend count by one, starting it at 0; returns the count before the call,
+// or 0xFFFFFFFF on failure.
+ZEL_API uint32_t ResumeThread(Handle thread);
+// Sets or reads a thread's priority (one of the kPriority values; kCurrentThread is accepted).
+// Linux has no per-thread priorities for ordinary threads: the value is kept and mapped to the
+// thread's nice value where the process may do so (lowering always, raising with privilege).
+ZEL_API bool SetThreadPriority(Handle thread, int priority);
+ZEL_API int GetThreadPriority(Handle thread);
+// A real handle to the calling thread (DuplicateHandle of GetCurrentThread, same access); null
+// on failure. The handle keeps naming the thread after it ends, and is then signalled.
+ZEL_API Handle DuplicateCurrentThread();
+// Queues routine(arg) to run on `thread` at its next alertable wait, after the APCs queued before
+// it. False when the handle is not a thread or the thread has ended.
+ZEL_API bool QueueApc(ApcRoutine routine, Handle thread, uintptr_t arg);
+
+// ---------------------------------------------------------------------------------------------
+// Files and paths.
+
+// Writes the running executable's full path into `buf` (at most `cap` - 1 characters and a NUL)
+// and returns its full length, which may exceed what fitted; 0 on failure.
+ZEL_API int ExecutablePath(char *buf, int cap);
+
+// ---------------------------------------------------------------------------------------------
+// Debugger and console.
+
+// Hands NUL-terminated text to an attached debugger (OutputDebugStringA). Linux has no such
+// channel: the text goes where the environment variable ZEL_DEBUG_OUTPUT says ("stderr", or a
+// file path to append to) and is dropped when it is unset.
+ZEL_API void DebugOutput(const char *text);
+// Writes `length` characters to the process's standard output; false on failure.
+ZEL_API bool ConsoleWrite(const char *text, int length);
+
+// ---------------------------------------------------------------------------------------------
+// A pollable wake-up for an application's own event loop: the Linux external-loop mode watches an
+// eventfd; on Windows it is a manual-reset event that a message loop can wait on
+// (MsgWaitForMultipleObjects). Signals coalesce until drained.
+
+class ZEL_API WakePort {
+ public:
+  WakePort() = default;
+  ~WakePort() { Close(); }
+  WakePort(const WakePort &) = delete;
+  WakePort &operator=(const WakePort &) = delete;
+
+  // Creates the descriptor; false on failure. An open port is closed first.
+  bool Open();
+  void Close();
+  bool IsOpen() const { return native_ != -1; }
+  // Makes the descriptor readable (signalled) until the next Drain. Any thread.
+  void Signal();
+  // Clears the signal; true when it was set.
+  bool Drain();
+  // The file descriptor (Linux) or event HANDLE (Windows) to watch.
+  intptr_t Native() const { return native_; }
+
+ private:
+  intptr_t native_ = -1;
+};
+
+// ---------------------------------------------------------------------------------------------
+// Module and thread lifetime.
+//
+// The platform's entry points call these functions, which the portable library defines. Windows
+// calls them from DllMain: ModuleAttached at process attach (after the static initialisers),
+// ThreadAttached and ThreadDetaching for every other thread that starts and ends in the process.
+// Linux calls ModuleAttached from an ELF constructor; ThreadAttached at the start of every thread
+// made by CreateThread; and ThreadDetaching, through a thread_local object's destructor, when a
+// thread ends that was made by CreateThread or that stored a value with TlsSet.
+
+void ModuleAttached(void *module);
+void ThreadAttached();
+void ThreadDetaching();
+
+// The handle of the loaded library (its HINSTANCE; on Linux the base address of the shared object
+// or, in a static build, of the executable).
+ZEL_API void *ThisModule();
+
+}  // namespace zel::os

@@ -1,0 +1,80 @@
+// `zelcore demo`: the library at work, narrated on the console.
+#include "commands.h"
+
+#include <zel/core.h>
+
+#include "os/os.h"
+
+#include <cstdio>
+#include <ctime>
+
+namespace zelcore {
+
+namespace {
+
+// Prints the threads the library sees starting and ending.
+struct ThreadNarrator final : zel::ThreadListener {
+  void OnThreadStart() override { std::printf("  [thread %u starts]\n", zel::os::CurrentThreadId()); }
+  void OnThreadEnd() override { std::printf("  [thread %u ends]\n", zel::os::CurrentThreadId()); }
+};
+
+void ZEL_CALLBACK SayHello(uintptr_t text) {
+  std::printf("  worker %u runs a queued call: %s\n", zel::os::CurrentThreadId(),
+              reinterpret_cast<const char *>(text));
+}
+
+void ZEL_CALLBACK TimerFired(void *, uint32_t, uint32_t) {
+  std::printf("  worker %u runs its timer's completion routine\n", zel::os::CurrentThreadId());
+}
+
+// The worker: arms a timer, then waits alertably until the queued calls and the timer have run.
+unsigned ZEL_CALLBACK Worker(void *) {
+  zel::os::Handle timer = zel::os::CreateWaitableTimer(false);
+  zel::os::SetWaitableTimer(timer, -200000 /* 20 ms */, 0, TimerFired, nullptr);
+  for (int calls = 0; calls < 3;)
+    if (zel::os::SleepEx(zel::os::kInfinite, true) == zel::os::kWaitIoCompletion) ++calls;
+  zel::os::CloseHandle(timer);
+  return 0;
+}
+
+void ShowClock() {
+  int64_t since_1601 = zel::os::SystemTime100ns();
+  std::time_t unix_seconds = static_cast<std::time_t>(since_1601 / 10000000 - 11644473600);
+  char text[64];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", std::gmtime(&unix_seconds));
+  std::printf("clock: system time %s; performance counter at %lld ticks per second\n", text,
+              static_cast<long long>(zel::os::PerfFrequency()));
+}
+
+void ShowThreads() {
+  static ThreadNarrator narrator;
+  zel::AddThreadListener(&narrator);
+  std::printf("threads: the main thread is %u; a worker starts suspended\n",
+              zel::os::CurrentThreadId());
+  uint32_t id = 0;
+  zel::os::Handle worker = zel::os::CreateThread(Worker, nullptr, 0, true, &id);
+  if (worker == nullptr) {
+    std::printf("  could not start a thread\n");
+    return;
+  }
+  zel::os::QueueApc(SayHello, worker, reinterpret_cast<uintptr_t>("hello"));
+  zel::os::QueueApc(SayHello, worker, reinterpret_cast<uintptr_t>("world"));
+  std::printf("  two calls are queued to worker %u; now it is resumed\n", id);
+  zel::os::ResumeThread(worker);
+  if (zel::os::WaitOne(worker, 10000, false) == zel::os::kWaitObject0)
+    std::printf("  worker %u has ended: its handle is signalled\n", id);
+  zel::os::CloseHandle(worker);
+}
+
+}  // namespace
+
+int Demo(int, char **) {
+  std::printf("zelcore %s, built for %s\n", zel::LibraryVersion(), zel::BuildLeg());
+  std::printf("library module loaded at %p\n", zel::GetLibraryModule());
+  ShowClock();
+  ShowThreads();
+  std::fflush(stdout);
+  return 0;
+}
+
+}  // namespace zelcore
