@@ -58,13 +58,9 @@ class SavedLastError {
 // Atomics on plain 32-bit fields, with the results of the Interlocked family.
 
 // Adds one; returns the new value.
-inline int32_t AtomicIncrement(int32_t &v) {
-  return std::atomic_ref<int32_t>(v).fetch_add(1) + 1;
-}
+inline int32_t AtomicIncrement(int32_t &v) { return std::atomic_ref<int32_t>(v).fetch_add(1) + 1; }
 // Subtracts one; returns the new value.
-inline int32_t AtomicDecrement(int32_t &v) {
-  return std::atomic_ref<int32_t>(v).fetch_sub(1) - 1;
-}
+inline int32_t AtomicDecrement(int32_t &v) { return std::atomic_ref<int32_t>(v).fetch_sub(1) - 1; }
 // Stores `value`; returns the previous value.
 inline int32_t AtomicExchange(int32_t &v, int32_t value) {
   return std::atomic_ref<int32_t>(v).exchange(value);
@@ -127,8 +123,8 @@ inline Handle const kCurrentThread = reinterpret_cast<Handle>(~uintptr_t{1});
 inline bool IsHandle(Handle h) { return h != nullptr && h != kInvalidHandle; }
 
 // Wait results, with their Windows values.
-inline constexpr uint32_t kWaitObject0 = 0x00000000;     // + index of the signalled object
-inline constexpr uint32_t kWaitAbandoned0 = 0x00000080;  // + index of an abandoned mutex
+inline constexpr uint32_t kWaitObject0 = 0x00000000;       // + index of the signalled object
+inline constexpr uint32_t kWaitAbandoned0 = 0x00000080;    // + index of an abandoned mutex
 inline constexpr uint32_t kWaitIoCompletion = 0x000000C0;  // the wait ended because APCs ran
 inline constexpr uint32_t kWaitTimeout = 0x00000102;
 inline constexpr uint32_t kWaitFailed = 0xFFFFFFFF;

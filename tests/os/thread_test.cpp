@@ -79,10 +79,10 @@ TEST(Apc, QueuedWhileBusyRunInOrderAtTheNextAlertableWait) {
   size_t ran_before_alertable = 99;
   test::TestThread target([&] {
     busy.Set();
-    go.Wait();                                 // busy: not alertable
-    non_alertable = SleepEx(10, false);        // APCs wait for an alertable wait
+    go.Wait();                           // busy: not alertable
+    non_alertable = SleepEx(10, false);  // APCs wait for an alertable wait
     ran_before_alertable = log.order.size();
-    alertable = SleepEx(kInfinite, true);      // runs them all, then returns
+    alertable = SleepEx(kInfinite, true);  // runs them all, then returns
   });
   ASSERT_TRUE(busy.Wait());
   for (int i = 1; i <= 100; ++i) ASSERT_TRUE(QueueApc(Record, target.handle(), i));

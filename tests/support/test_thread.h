@@ -12,8 +12,7 @@ namespace zel::test {
 class TestThread {
  public:
   // Starts `body` on a new thread; with `suspended`, only after Resume.
-  explicit TestThread(std::function<void()> body, bool suspended = false)
-      : body_(std::move(body)) {
+  explicit TestThread(std::function<void()> body, bool suspended = false) : body_(std::move(body)) {
     handle_ = os::CreateThread(&Run, this, 0, suspended, &id_);
   }
   ~TestThread() { Join(); }

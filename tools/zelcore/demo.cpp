@@ -5,6 +5,7 @@
 
 #include "os/os.h"
 
+#include <atomic>
 #include <cstdio>
 #include <ctime>
 
@@ -14,25 +15,31 @@ namespace {
 
 // Prints the threads the library sees starting and ending.
 struct ThreadNarrator final : zel::ThreadListener {
-  void OnThreadStart() override { std::printf("  [thread %u starts]\n", zel::os::CurrentThreadId()); }
+  void OnThreadStart() override {
+    std::printf("  [thread %u starts]\n", zel::os::CurrentThreadId());
+  }
   void OnThreadEnd() override { std::printf("  [thread %u ends]\n", zel::os::CurrentThreadId()); }
 };
+
+// Calls the worker has run: two queued ones and its timer's routine.
+std::atomic<int> g_worker_calls{0};
 
 void ZEL_CALLBACK SayHello(uintptr_t text) {
   std::printf("  worker %u runs a queued call: %s\n", zel::os::CurrentThreadId(),
               reinterpret_cast<const char *>(text));
+  ++g_worker_calls;
 }
 
 void ZEL_CALLBACK TimerFired(void *, uint32_t, uint32_t) {
   std::printf("  worker %u runs its timer's completion routine\n", zel::os::CurrentThreadId());
+  ++g_worker_calls;
 }
 
 // The worker: arms a timer, then waits alertably until the queued calls and the timer have run.
 unsigned ZEL_CALLBACK Worker(void *) {
   zel::os::Handle timer = zel::os::CreateWaitableTimer(false);
   zel::os::SetWaitableTimer(timer, -200000 /* 20 ms */, 0, TimerFired, nullptr);
-  for (int calls = 0; calls < 3;)
-    if (zel::os::SleepEx(zel::os::kInfinite, true) == zel::os::kWaitIoCompletion) ++calls;
+  while (g_worker_calls < 3) zel::os::SleepEx(zel::os::kInfinite, true);
   zel::os::CloseHandle(timer);
   return 0;
 }

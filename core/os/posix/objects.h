@@ -59,7 +59,8 @@ struct Event final : Object {
 };
 
 struct Semaphore final : Object {
-  Semaphore(int32_t initial, int32_t max) : Object(Kind::kSemaphore), count(initial), maximum(max) {}
+  Semaphore(int32_t initial, int32_t max)
+      : Object(Kind::kSemaphore), count(initial), maximum(max) {}
   int32_t count;  // dispatcher lock
   const int32_t maximum;
 };

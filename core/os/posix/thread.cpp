@@ -26,18 +26,18 @@ ThreadRecord *g_main_record = nullptr;
 
 bool IsMainThread() { return CurrentThreadId() == static_cast<uint32_t>(getpid()); }
 
-// Signals a thread's record and refuses further APCs; drops the thread's own reference.
+// Refuses further APCs, then signals the thread's handle; drops the thread's own reference.
 void EndRecord(ThreadRecord *r) {
+  {
+    std::lock_guard lock(r->mutex);
+    r->apcs_closed = true;
+    r->apc_count = 0;
+  }
   {
     std::lock_guard lock(DispatcherLock());
     r->ended = true;
     while (r->routine_timers != nullptr) posix::UnlinkFromOwner(r->routine_timers);
     posix::SatisfyWaits(r);
-  }
-  {
-    std::lock_guard lock(r->mutex);
-    r->apcs_closed = true;
-    r->apc_count = 0;
   }
   posix::Release(r);
 }

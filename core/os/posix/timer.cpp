@@ -34,9 +34,7 @@ void AdvanceTimer(Timer *t, int64_t now_ns) {
 
 }  // namespace posix
 
-Handle CreateWaitableTimer(bool manual_reset) {
-  return posix::NewObject<Timer>(manual_reset);
-}
+Handle CreateWaitableTimer(bool manual_reset) { return posix::NewObject<Timer>(manual_reset); }
 
 bool SetWaitableTimer(Handle timer, int64_t due, int32_t period_ms, TimerRoutine routine,
                       void *arg) {

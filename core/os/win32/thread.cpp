@@ -1,8 +1,8 @@
 // Threads: identity, start-up, priorities and APCs.
 #include "os/os.h"
 
-#include "os/win32/win.h"
 #include <process.h>
+#include "os/win32/win.h"
 
 namespace zel::os {
 
