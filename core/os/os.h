@@ -261,18 +261,17 @@ class ZEL_API WakePort {
 // Module and thread lifetime.
 //
 // The platform's entry points call these functions, which the portable library defines. Windows
-// calls them from DllMain: ModuleAttached at process attach (after the static initialisers),
-// ThreadAttached and ThreadDetaching for every other thread that starts and ends in the process.
-// Linux calls ModuleAttached from an ELF constructor; ThreadAttached at the start of every thread
-// made by CreateThread; and ThreadDetaching, through a thread_local object's destructor, when a
-// thread ends that was made by CreateThread or that stored a value with TlsSet.
+// calls them from DllMain for every thread that starts and ends in the process after the library
+// was loaded (a static build on Windows behaves as Linux does). Linux calls ThreadAttached at the
+// start of every thread made by CreateThread, and ThreadDetaching, through a thread_local object's
+// destructor, when a thread ends that was made by CreateThread or that stored a value with TlsSet.
+// Neither is called for the thread that ends the process.
 
-void ModuleAttached(void *module);
 void ThreadAttached();
 void ThreadDetaching();
 
-// The handle of the loaded library (its HINSTANCE; on Linux the base address of the shared object
-// or, in a static build, of the executable).
+// The handle of the loaded library: its HINSTANCE, as DllMain received it, or on Linux the base
+// address of the shared object. In a static build, the executable's.
 ZEL_API void *ThisModule();
 
 }  // namespace zel::os

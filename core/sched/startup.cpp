@@ -1,14 +1,10 @@
-// The portable half of the library's load and of thread start and end: the operating-system layer
-// calls in here from DllMain, or from the ELF constructor and the thread-exit guard on Linux.
+// The portable half of thread start and end: the operating-system layer calls in here from
+// DllMain, or from its thread start-up and thread-exit guard on Linux.
 #include <zel/sched/startup.h>
 
 #include "os/os.h"
 
 namespace zel {
-
-namespace {
-void *g_module = nullptr;
-}  // namespace
 
 struct ThreadListenerList {
   static inline ThreadListener *head = nullptr;
@@ -26,13 +22,11 @@ void AddThreadListener(ThreadListener *listener) {
   ThreadListenerList::head = listener;
 }
 
-void *GetLibraryModule() { return g_module; }
+void *GetLibraryModule() { return os::ThisModule(); }
 
 }  // namespace zel
 
 namespace zel::os {
-
-void ModuleAttached(void *module) { g_module = module; }
 
 void ThreadAttached() { ThreadListenerList::TellStart(); }
 

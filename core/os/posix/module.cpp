@@ -1,4 +1,4 @@
-// The library's load on Linux: an ELF constructor stands for the process-attach notification.
+// The library's module on Linux: the shared object (or executable) that holds this code.
 #include "os/os.h"
 
 #include <dlfcn.h>
@@ -6,13 +6,11 @@
 namespace zel::os {
 
 void *ThisModule() {
-  Dl_info info;
-  if (dladdr(reinterpret_cast<void *>(&ThisModule), &info) == 0) return nullptr;
-  return info.dli_fbase;
+  static void *const base = [] {
+    Dl_info info;
+    return dladdr(reinterpret_cast<void *>(&ThisModule), &info) != 0 ? info.dli_fbase : nullptr;
+  }();
+  return base;
 }
-
-namespace {
-__attribute__((constructor)) void OnLoad() { ModuleAttached(ThisModule()); }
-}  // namespace
 
 }  // namespace zel::os

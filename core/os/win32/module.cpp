@@ -2,15 +2,13 @@
 #include "os/win32/module.h"
 
 #include "os/os.h"
-
 #include "os/win32/win.h"
 
 namespace zel::os {
 
-namespace {
-HINSTANCE g_instance = nullptr;
-
 #if defined(ZEL_STATIC)
+
+namespace {
 struct ExitGuard {
   bool armed = false;
   ~ExitGuard() {
@@ -18,28 +16,24 @@ struct ExitGuard {
   }
 };
 thread_local ExitGuard t_exit_guard;
+}  // namespace
 
-const bool g_attached = [] {
-  g_instance = GetModuleHandleA(nullptr);
-  ModuleAttached(g_instance);
-  return true;
-}();
-#endif
+void *ThisModule() { return GetModuleHandleA(nullptr); }
+
+void win32::WatchThreadExit() { t_exit_guard.armed = true; }
+
+#else
+
+namespace {
+HINSTANCE g_instance = nullptr;
 }  // namespace
 
 void *ThisModule() { return g_instance; }
 
-#if defined(ZEL_STATIC)
-void win32::WatchThreadExit() { t_exit_guard.armed = true; }
-#else
 void win32::WatchThreadExit() {}
 
-namespace win32 {
-void Attach(HINSTANCE instance) {
-  g_instance = instance;
-  ModuleAttached(instance);
-}
-}  // namespace win32
+void win32::Attach(void *instance) { g_instance = static_cast<HINSTANCE>(instance); }
+
 #endif
 
 }  // namespace zel::os

@@ -8,4 +8,7 @@ namespace zel::os::win32 {
 // that use its per-thread state through a thread_local object, as on Linux.
 void WatchThreadExit();
 
+// Records the DLL's instance handle, at process attach.
+void Attach(void *instance);
+
 }  // namespace zel::os::win32

@@ -28,8 +28,8 @@ class ZEL_API ThreadListener {
 // removal: add listeners during start-up, before other threads start or end, and keep them alive.
 ZEL_API void AddThreadListener(ThreadListener *listener);
 
-// The library's own module handle (its HINSTANCE on Windows; on Linux the base address of the
-// shared object), stored when the library was loaded.
+// The library's own module handle: its HINSTANCE on Windows, stored when the library was loaded;
+// on Linux the base address of the shared object. In a static build, the executable's.
 ZEL_API void *GetLibraryModule();
 
 }  // namespace zel
