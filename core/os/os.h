@@ -221,6 +221,17 @@ ZEL_API bool QueueApc(ApcRoutine routine, Handle thread, uintptr_t arg);
 ZEL_API int ExecutablePath(char *buf, int cap);
 
 // ---------------------------------------------------------------------------------------------
+// Loading other libraries, each with its own symbols as Windows does (on Linux a library loaded
+// here binds its own symbols first and adds none to the process's global scope).
+
+// Loads a library (LoadLibraryA / dlopen); null, with the last error set, on failure.
+ZEL_API void *LoadLibrary(const char *name);
+// The address of an exported symbol of a loaded library, or null.
+ZEL_API void *GetProcAddress(void *library, const char *name);
+// Unloads a library loaded by LoadLibrary.
+ZEL_API bool FreeLibrary(void *library);
+
+// ---------------------------------------------------------------------------------------------
 // Debugger and console.
 
 // Hands NUL-terminated text to an attached debugger (OutputDebugStringA). Linux has no such

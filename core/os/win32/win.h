@@ -8,3 +8,4 @@
 #undef CreateSemaphore
 #undef CreateWaitableTimer
 #undef Yield
+#undef LoadLibrary
