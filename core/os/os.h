@@ -214,6 +214,20 @@ ZEL_API Handle DuplicateCurrentThread();
 ZEL_API bool QueueApc(ApcRoutine routine, Handle thread, uintptr_t arg);
 
 // ---------------------------------------------------------------------------------------------
+// Hardware faults as exceptions.
+
+// Called on the faulting thread, from the fault, with its Windows exception code (0xC0000005 for
+// an access violation, 0xC0000094 for an integer division by zero, ...); expected to throw.
+using FaultThrower = void (*)(uint32_t code);
+
+// Makes faults on the calling thread call `thrower`. Linux: SIGSEGV, SIGBUS, SIGFPE and SIGILL,
+// through process-wide handlers made on first use; a fault on a thread that has not enabled
+// translation goes to the handler that was installed before, or ends the process. The exception
+// can leave the faulting code only where that was compiled with -fnon-call-exceptions. Returns
+// false where the platform cannot do it (MinGW has no way to throw from a structured exception).
+ZEL_API bool EnableFaultTranslation(FaultThrower thrower);
+
+// ---------------------------------------------------------------------------------------------
 // Files and paths.
 
 // Writes the running executable's full path into `buf` (at most `cap` - 1 characters and a NUL)
@@ -240,6 +254,8 @@ ZEL_API bool FreeLibrary(void *library);
 ZEL_API void DebugOutput(const char *text);
 // Writes `length` characters to the process's standard output; false on failure.
 ZEL_API bool ConsoleWrite(const char *text, int length);
+// Is standard output a terminal (a console window on Windows) rather than a file or a pipe?
+ZEL_API bool ConsoleIsTerminal();
 
 // ---------------------------------------------------------------------------------------------
 // A pollable wake-up for an application's own event loop: the Linux external-loop mode watches an

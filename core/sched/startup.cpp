@@ -1,6 +1,8 @@
 // The portable half of thread start and end: the operating-system layer calls in here from
 // DllMain, or from its thread start-up and thread-exit guard on Linux.
+#include <zel/diag/error.h>
 #include <zel/sched/startup.h>
+#include <zel/thread/exit_hooks.h>
 
 #include "os/os.h"
 
@@ -28,8 +30,14 @@ void *GetLibraryModule() { return os::ThisModule(); }
 
 namespace zel::os {
 
-void ThreadAttached() { ThreadListenerList::TellStart(); }
+void ThreadAttached() {
+  InstallSETranslator();
+  ThreadListenerList::TellStart();
+}
 
-void ThreadDetaching() { ThreadListenerList::TellEnd(); }
+void ThreadDetaching() {
+  ThreadListenerList::TellEnd();
+  CallThreadExitHooks();
+}
 
 }  // namespace zel::os

@@ -9,7 +9,7 @@ namespace zel {
 // semaphore unless the result is 1; Leave decrements it and releases one waiter while the result
 // is still above 0. Uncontended, entering and leaving cost one atomic operation each and no system
 // call. Not recursive.
-class LightLock {
+class ZEL_API LightLock {
  public:
   LightLock() : semaphore_(os::CreateSemaphore(0, 0x7FFFFFFF)) {}
   ~LightLock() {

@@ -1,5 +1,6 @@
 // `zelcore demo`: the library at work, narrated on the console.
 #include "commands.h"
+#include "console_log.h"
 
 #include <zel/core.h>
 
@@ -73,12 +74,43 @@ void ShowThreads() {
   zel::os::CloseHandle(worker);
 }
 
+void ShowText() {
+  zel::cstring line;
+  line << "text: " << 42 << " and " << 2.5 << " built with <<; ";
+  zel::cstring cats("Cat CAT cat");
+  line << '"' << cats << "\" with cat replaced, case kept: \""
+       << cats.Replaced("cat", "dog", false, true) << '"';
+  std::printf("%s\n", line.text());
+}
+
+void ShowErrorsAndLog() {
+  std::printf("log: a console client shows the lines and their markers\n");
+  std::fflush(stdout);  // the client writes to the console directly
+  ConsoleLog console;
+  zel::LogCell cell;
+  zel::PrintLog("%N: a note\r\n");
+  zel::PrintLog("%C00aa00: a green line\r\n");
+  zel::EnableLogCategory("Exceptions");
+  try {
+    zel::TempErrorPrefix prefix("While loading demo.cfg: ");
+    zel::ThrowErrorX("the file is missing");
+  } catch (const zel::ErrorX &e) {
+    zel::cstring caught;
+    caught << "%E: caught: " << e << "\r\n";
+    zel::PrintLog(caught);
+  }
+  zel::DisableLogCategory("Exceptions");
+}
+
 }  // namespace
 
 int Demo(int, char **) {
   std::printf("zelcore %s, built for %s\n", zel::LibraryVersion(), zel::BuildLeg());
   std::printf("library module loaded at %p\n", zel::GetLibraryModule());
   ShowClock();
+  ShowText();
+  std::fflush(stdout);
+  ShowErrorsAndLog();
   ShowThreads();
   std::fflush(stdout);
   return 0;

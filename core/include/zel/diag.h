@@ -1,4 +1,7 @@
-// Diagnostics: exceptions, warnings, logging.
+// Diagnostics: exceptions and the error prefix, warnings, the log, counters.
 #pragma once
 
-#include <zel/config.h>
+#include <zel/diag/counters.h>
+#include <zel/diag/error.h>
+#include <zel/diag/log.h>
+#include <zel/diag/warnings.h>

@@ -1,4 +1,5 @@
-// Memory: the global allocator.
+// Memory: the global allocator and the growable arrays on it.
 #pragma once
 
-#include <zel/config.h>
+#include <zel/mem/allocator.h>
+#include <zel/mem/tary.h>

@@ -1,4 +1,5 @@
-// Scheduling and object lifetime: the library's start-up and the threads it hears of.
+// Scheduling and object lifetime: hooks and the library's start-up.
 #pragma once
 
+#include <zel/sched/hook.h>
 #include <zel/sched/startup.h>

@@ -1,4 +1,9 @@
-// Text: strings, formatting, character sets, shared strings.
+// Text: views and owned strings, character sets, formatting, scratch strings.
 #pragma once
 
-#include <zel/config.h>
+#include <zel/text/charset.h>
+#include <zel/text/cstring.h>
+#include <zel/text/format.h>
+#include <zel/text/hash_primes.h>
+#include <zel/text/strptr.h>
+#include <zel/text/thread_local_string.h>

@@ -1,4 +1,6 @@
-// Threads and channels: the recursive lock.
+// Threads: the recursive lock, locked pointers, thread exit hooks.
 #pragma once
 
 #include <zel/thread/critsect.h>
+#include <zel/thread/exit_hooks.h>
+#include <zel/thread/mtptr.h>

@@ -48,6 +48,8 @@ bool ConsoleWrite(const char *text, int length) {
   return length <= 0 || WriteAll(1, text, static_cast<size_t>(length));
 }
 
+bool ConsoleIsTerminal() { return isatty(1) != 0; }
+
 int ExecutablePath(char *buf, int cap) {
   char path[4096];
   ssize_t n = readlink("/proc/self/exe", path, sizeof path);

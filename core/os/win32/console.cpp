@@ -23,6 +23,8 @@ bool ConsoleWrite(const char *text, int length) {
   return true;
 }
 
+bool ConsoleIsTerminal() { return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) == FILE_TYPE_CHAR; }
+
 int ExecutablePath(char *buf, int cap) {
   char path[32768];
   DWORD n = GetModuleFileNameA(nullptr, path, sizeof path);

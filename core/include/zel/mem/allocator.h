@@ -39,14 +39,15 @@ ZEL_API void EnableMemCounters();
 
 // The allocator's counters, read without locks: statistics, not exact while threads allocate.
 struct AllocatorCounts {
-  int64_t allocs = 0;        // blocks handed out
-  int64_t frees = 0;         // blocks given back
-  int64_t collisions = 0;    // allocations that found their arena's lock taken
-  int64_t heap_allocs = 0;   // pages taken from the process heap
-  int64_t heap_frees = 0;    // pages given back to it
+  int64_t allocs = 0;       // blocks handed out
+  int64_t frees = 0;        // blocks given back
+  int64_t collisions = 0;   // allocations that found their arena's lock taken
+  int64_t heap_allocs = 0;  // pages taken from the process heap
+  int64_t heap_frees = 0;   // pages given back to it
 };
 
 class MemoryAllocator;
+class AllocatorFactory;
 
 // The process-wide allocator, or null before its first use has made it.
 ZEL_API MemoryAllocator *GetMemoryAllocator();
@@ -76,7 +77,7 @@ class ZEL_API MemoryAllocator {
 
  private:
   MemoryAllocator() = default;
-  friend MemoryAllocator *GetMemoryAllocator();
+  friend class AllocatorFactory;  // makes the one allocator of the process
 };
 
 }  // namespace zel

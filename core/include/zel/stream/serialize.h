@@ -1,0 +1,17 @@
+// Binary serialisation onto byte streams: native little-endian, no padding.
+#pragma once
+
+#include <zel/stream/byte_stream.h>
+#include <zel/text/cstring.h>
+
+namespace zel {
+
+// A cstring: a 4-byte signed length L (characters, no terminator), then the L characters.
+ZEL_API VirtByteDest &operator<<(VirtByteDest &dest, const cstring &s);
+// Reads the form above. The string is emptied first, then filled in chunks of at most 4,096
+// characters as they arrive (a huge length on a short source fails at the source's end, without
+// allocating the claimed length). Throws ErrorX "Invalid string length" for a negative length and
+// "NULL in string" when a chunk holds a zero byte (the string keeps what was read before).
+ZEL_API VirtByteSource &operator>>(VirtByteSource &source, cstring &s);
+
+}  // namespace zel

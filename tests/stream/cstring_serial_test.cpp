@@ -1,0 +1,98 @@
+// The byte-stream form of a cstring: a 4-byte little-endian length, then the characters.
+#include <zel/diag/error.h>
+#include <zel/stream/serialize.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zel {
+namespace {
+
+// Bytes in memory, to write to and to read from; reading uses the default ReadX, which reports a
+// short read with the counts.
+struct Bytes final : VirtByteDest, VirtByteSource {
+  std::string data;
+  size_t next = 0;
+  int Write(const void *buffer, int n) override {
+    data.append(static_cast<const char *>(buffer), static_cast<size_t>(n));
+    return n;
+  }
+  int Read(void *buffer, int n) override {
+    size_t taken = data.copy(static_cast<char *>(buffer), static_cast<size_t>(n), next);
+    next += taken;
+    return static_cast<int>(taken);
+  }
+};
+
+std::string WithLength(int32_t n, std::string_view text) {
+  const auto u = static_cast<uint32_t>(n);
+  const char word[] = {static_cast<char>(u), static_cast<char>(u >> 8), static_cast<char>(u >> 16),
+                       static_cast<char>(u >> 24)};
+  return std::string(word, 4).append(text);
+}
+
+// The message of the ErrorX that reading into `target` throws, or "" when none is thrown.
+std::string ReadFailure(VirtByteSource &source, cstring &target) {
+  try {
+    source >> target;
+  } catch (const ErrorX &e) {
+    return std::string(e.Message().text(), static_cast<size_t>(e.Message().length()));
+  }
+  return "";
+}
+
+TEST(CStringSerial, WritesLengthThenCharactersAndReadsThemBack) {
+  Bytes out;
+  out << cstring("abc") << cstring();
+  EXPECT_EQ(out.data, std::string("\x03\0\0\0abc\0\0\0\0", 11));
+
+  std::string long_text(10000, 'a');  // three chunks
+  for (size_t i = 0; i < long_text.size(); i += 7) long_text[i] = static_cast<char>(0x80 + i % 128);
+  for (std::string_view text :
+       {std::string_view("\x01\x7F\x80\xFF"), std::string_view(long_text)}) {
+    Bytes bytes;
+    bytes << cstring(text);
+    cstring back("previous contents");
+    bytes >> back;
+    EXPECT_EQ(std::string_view(back.text(), static_cast<size_t>(back.length())), text);
+    EXPECT_EQ(bytes.next, text.size() + 4);
+  }
+  const std::string empty = WithLength(0, "");
+  MemoryByteSource source(empty.data(), 4);
+  cstring borrowed = cstring::Borrow("borrowed");
+  source >> borrowed;
+  EXPECT_EQ(borrowed.text(), cstring().text());  // the static empty text: nothing allocated
+}
+
+TEST(CStringSerial, RejectsNegativeLengthsAndZeroBytes) {
+  const std::string negative = WithLength(-1, "abc"), zero = WithLength(3, std::string("a\0c", 3));
+  MemoryByteSource negative_source(negative.data(), static_cast<int>(negative.size()));
+  MemoryByteSource zero_source(zero.data(), static_cast<int>(zero.size()));
+  cstring target("old");
+  EXPECT_EQ(ReadFailure(negative_source, target), "Invalid string length");
+  EXPECT_TRUE(target.empty());
+  EXPECT_EQ(ReadFailure(zero_source, target), "NULL in string");
+
+  // A zero in the second chunk: the target keeps the characters read.
+  Bytes late;
+  late.data = WithLength(5000, std::string(4500, 'x') + '\0' + std::string(499, 'y'));
+  EXPECT_EQ(ReadFailure(late, target), "NULL in string");
+  EXPECT_EQ(std::string_view(target.text(), 4096), std::string(4096, 'x'));
+}
+
+TEST(CStringSerial, HugeLengthOnAShortSourceFailsAtItsEndWithoutAllocatingIt) {
+  const std::string claim = WithLength(0x7FFFFFF0, "abc");
+  MemoryByteSource memory(claim.data(), static_cast<int>(claim.size()));
+  Bytes bytes;
+  bytes.data = claim;
+  cstring from_memory, from_bytes;
+  EXPECT_EQ(ReadFailure(memory, from_memory), "Unexpected EOF");
+  EXPECT_EQ(ReadFailure(bytes, from_bytes),
+            "Unexpected end of file: 4096 bytes requested, 3 bytes read.");
+  EXPECT_LT(from_memory.capacity(), 1 << 16);
+  EXPECT_LT(from_bytes.capacity(), 1 << 16);
+}
+
+}  // namespace
+}  // namespace zel

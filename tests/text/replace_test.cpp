@@ -1,0 +1,64 @@
+// Replacing text, with and without the letter case of what it replaces.
+#include <zel/text/cstring.h>
+
+#include <string>
+#include <string_view>
+
+namespace zel {
+namespace {
+
+std::string_view Replacing(const cstring &s) { return {s.text(), static_cast<size_t>(s.length())}; }
+
+TEST(Replace, ReplacesEveryMatchWithoutOverlapping) {
+  const struct {
+    const char *text, *what, *with;
+    bool case_sensitive, preserve_case;
+    const char *expected;
+    int count;
+  } cases[] = {{"Cat CAT cat", "cat", "dog", false, true, "Dog DOG dog", 3},
+               {"Cat CAT cat", "cat", "dog", false, false, "dog dog dog", 3},
+               {"Cat CAT cat", "Cat", "dog", true, true, "dog CAT cat", 1},  // no shaping
+               {"Cat CAT cat", "cat", "", false, true, "  ", 3},
+               {"aaaa", "aa", "b", true, false, "bb", 2},
+               {"%1 and %2", "%1", "one", true, false, "one and %2", 1},
+               {"abc", "x", "y", true, false, "abc", 0},
+               {"abc", "", "y", true, false, "abc", 0}};
+  for (const auto &c : cases) {
+    const cstring s(c.text);
+    int count = 99;
+    cstring replaced = s.Replaced(c.what, c.with, c.case_sensitive, c.preserve_case, &count);
+    EXPECT_EQ(Replacing(replaced), c.expected) << c.text << " / " << c.what;
+    EXPECT_EQ(count, c.count) << c.text << " / " << c.what;
+
+    cstring in_place(c.text);
+    EXPECT_EQ(in_place.Replace(c.what, c.with, c.case_sensitive, c.preserve_case), c.count);
+    EXPECT_EQ(Replacing(in_place), c.expected) << c.text << " / " << c.what;
+  }
+  cstring s("abcabc");  // search and replacement inside the string
+  EXPECT_EQ(s.Replace(s.view().Mid(0, 1), s.view().Mid(1, 2)), 2);
+  EXPECT_EQ(Replacing(s), "bcbcbcbc");
+}
+
+TEST(Replace, AddPreservingCaseShapesTheTextAfterTheModel) {
+  const struct {
+    const char *model, *text, *expected;
+  } cases[] = {{"123", "abc", "ABC"},  // no letters in the model: upper case (intended)
+               {"", "abc", "ABC"},
+               {"cat", "DoG", "dog"},
+               {"aB", "xyZw", "xYZw"},
+               {"A1b", "cde", "Cde"},
+               {"xYz", "ab", "aB"},
+               {"ABcd", "xy", "XY"}};  // only the first min(model, text) characters count
+  for (const auto &c : cases) {
+    cstring out("<");
+    AddPreservingCase(out, c.model, c.text);
+    EXPECT_EQ(Replacing(out), std::string("<") + c.expected) << c.model << " / " << c.text;
+  }
+  cstring self("Ab");  // model and text inside the output, whose buffer moves
+  AddPreservingCase(self, self, self.view().Right(1));
+  AddPreservingCase(self, self.view().Left(2), self);
+  EXPECT_EQ(Replacing(self), "AbBAbB");
+}
+
+}  // namespace
+}  // namespace zel

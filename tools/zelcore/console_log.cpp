@@ -1,0 +1,58 @@
+// The tool's console log client.
+#include "console_log.h"
+
+#include <zel/text/charset.h>
+#include <zel/text/cstring.h>
+
+#include "os/os.h"
+
+namespace zelcore {
+
+namespace {
+
+// Splits a leading marker off `line`; returns the ANSI colour sequence it stands for ("" for
+// none) and leaves `line` as the text after the marker.
+zel::cstring TakeMarker(zel::strptr &line) {
+  zel::cstring colour;
+  if (line.length() < 2 || line[0] != '%') return colour;
+  const char kind = line[1];
+  int end = line.FindFrom(": ", 2);
+  if (kind == 'W' || kind == 'E' || kind == 'N') {
+    if (end != 2) return colour;
+    colour = kind == 'W' ? "\x1b[33m" : kind == 'E' ? "\x1b[31m" : "\x1b[36m";
+  } else if (kind == 'C' && end == 8) {
+    for (int i = 2; i < 8; ++i)
+      if (!zel::HexCharQ(line[i])) return colour;
+    auto byte = [&](int at) {
+      auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; };
+      return digit(line[at]) * 16 + digit(line[at + 1]);
+    };
+    colour << "\x1b[38;2;" << byte(2) << ';' << byte(4) << ';' << byte(6) << 'm';
+  } else if ((kind == 'I' || kind == 'f') && end > 2) {
+    colour = "\x1b[2m";
+    return colour;  // the cell marker stays visible, dimmed
+  } else {
+    return colour;
+  }
+  line = line.Mid(end + 2);
+  return colour;
+}
+
+}  // namespace
+
+ConsoleLog::ConsoleLog() : colours_(zel::os::ConsoleIsTerminal()) { zel::AddLogClient(this); }
+
+ConsoleLog::~ConsoleLog() { zel::RemoveLogClient(this); }
+
+void ConsoleLog::Write(const zel::strptr &text) {
+  zel::strptr line = text;
+  zel::cstring colour = TakeMarker(line);
+  zel::cstring out;
+  if (colours_ && !colour.empty()) out << colour;
+  out << line.TrimmedRight();
+  if (colours_ && !colour.empty()) out << "\x1b[0m";
+  out << '\n';
+  zel::os::ConsoleWrite(out.text(), out.length());
+}
+
+}  // namespace zelcore
