@@ -1,4 +1,4 @@
 // Memory: the global allocator.
 #pragma once
 
-#include <zel/config.h>
+#include <zel/mem/allocator.h>
