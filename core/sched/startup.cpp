@@ -4,6 +4,7 @@
 #include <zel/sched/startup.h>
 #include <zel/thread/exit_hooks.h>
 
+#include "mem/thread_records.h"
 #include "os/os.h"
 
 namespace zel {
@@ -38,6 +39,7 @@ void ThreadAttached() {
 void ThreadDetaching() {
   ThreadListenerList::TellEnd();
   CallThreadExitHooks();
+  ReleaseThreadAllocatorRecord();  // last: the exit work above may still allocate and free
 }
 
 }  // namespace zel::os

@@ -8,7 +8,7 @@ namespace zel {
 // An atomic counter with a semaphore behind it. Enter increments the counter and waits on the
 // semaphore unless the result is 1; Leave decrements it and releases one waiter while the result
 // is still above 0. Uncontended, entering and leaving cost one atomic operation each and no system
-// call. Not recursive.
+// call. Not recursive. Exported only so that the library's tests can reach it.
 class ZEL_API LightLock {
  public:
   LightLock() : semaphore_(os::CreateSemaphore(0, 0x7FFFFFFF)) {}

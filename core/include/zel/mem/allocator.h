@@ -17,13 +17,13 @@ namespace zel {
 class cstring;
 
 // A block of at least `size` bytes (8 at least), aligned to 8 bytes, or null when the heap has no
-// more memory or `size` is negative.
+// more memory, `size` is negative, or it is above the largest block, 1 GiB (2^30 bytes).
 ZEL_API void *GAlloc(int size);
 // Frees a block from GAlloc, GRealloc, MallocX or ReallocX; null is ignored. Any thread.
 ZEL_API void GFree(void *block);
 // Resizes a block, keeping its contents up to the smaller of the two sizes. Stays in place while
 // the size class is unchanged, else moves. A null `block` allocates. On failure returns null and
-// leaves `block` as it was.
+// leaves `block` as it was (as for a negative size or one above 1 GiB).
 ZEL_API void *GRealloc(void *block, int size);
 
 // As GAlloc, but never null: throws ErrorX "Malloc (<size>) failed".
@@ -39,18 +39,12 @@ ZEL_API void EnableMemCounters();
 
 // The allocator's counters, read without locks: statistics, not exact while threads allocate.
 struct AllocatorCounts {
-  int64_t allocs = 0;       // blocks handed out
-  int64_t frees = 0;        // blocks given back
-  int64_t collisions = 0;   // allocations that found their arena's lock taken
-  int64_t heap_allocs = 0;  // pages taken from the process heap
-  int64_t heap_frees = 0;   // pages given back to it
+  int64_t allocs = 0;        // blocks handed out
+  int64_t frees = 0;         // blocks given back
+  int64_t collisions = 0;    // allocations that found their arena's lock taken
+  int64_t heap_allocs = 0;   // pages taken from the process heap
+  int64_t heap_frees = 0;    // pages given back to it
 };
-
-class MemoryAllocator;
-class AllocatorFactory;
-
-// The process-wide allocator, or null before its first use has made it.
-ZEL_API MemoryAllocator *GetMemoryAllocator();
 
 class ZEL_API MemoryAllocator {
  public:
@@ -77,7 +71,11 @@ class ZEL_API MemoryAllocator {
 
  private:
   MemoryAllocator() = default;
-  friend class AllocatorFactory;  // makes the one allocator of the process
+  friend MemoryAllocator *GetMemoryAllocator();
 };
+
+// The process-wide allocator, or null before its first use has made it. (Declared after the
+// class: MinGW rejects a friend redeclaration of a function already declared dllimport.)
+ZEL_API MemoryAllocator *GetMemoryAllocator();
 
 }  // namespace zel

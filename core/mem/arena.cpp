@@ -1,0 +1,111 @@
+// The arena's slower paths: pages from and to the heap, the page lists, remote frees.
+#include "mem/arena.h"
+
+#include "mem/snapshot.h"
+#include "os/os.h"
+
+namespace zel::mem {
+
+Arena::Arena(int index) : index_(index) {}
+
+Arena::~Arena() {
+  DrainRemote();
+  for (ClassPages &c : classes_) {
+    if (c.current != nullptr && c.current->active == 0) GiveBack(c, c.current);
+    if (c.empty != nullptr) GiveBack(c, c.empty);
+  }
+}
+
+bool Arena::Claim(uint32_t thread_id) {
+  uint32_t expected = kNoOwner;
+  return owner_.compare_exchange_strong(expected, thread_id, std::memory_order_acq_rel);
+}
+
+Page *Arena::NextPage(int k) {
+  ClassPages &c = Class(k);
+  Page *p = c.partial;
+  if (p != nullptr) {
+    c.partial = p->next;
+    if (p->next != nullptr) p->next->prev = nullptr;
+  } else if ((p = c.empty) != nullptr) {
+    c.empty = nullptr;
+  } else {
+    p = static_cast<Page *>(os::HeapAlloc(PageBytes(k)));
+    if (p == nullptr) return nullptr;
+    p->arena = this;
+    p->free_list = nullptr;
+    p->next_unused = p->FirstSlot();
+    p->block_size = BlockBytes(k);
+    p->size_class = k;
+    p->slot_count = SlotsPerPage(k);
+    p->active = 0;
+    Add<int64_t>(heap_allocs_, 1);
+    Add<intptr_t>(c.pages, 1);
+  }
+  p->prev = p->next = nullptr;
+  c.current = p;
+  return p;
+}
+
+void Arena::Refile(ClassPages &c, Page *p, bool was_full) {
+  if (p->active != 0) {
+    // A full page got a free block: it joins the pages with free blocks.
+    p->prev = nullptr;
+    p->next = c.partial;
+    if (c.partial != nullptr) c.partial->prev = p;
+    c.partial = p;
+    return;
+  }
+  if (!was_full) {
+    (p->prev != nullptr ? p->prev->next : c.partial) = p->next;
+    if (p->next != nullptr) p->next->prev = p->prev;
+  }
+  if (c.empty == nullptr)
+    c.empty = p;
+  else
+    GiveBack(c, p);
+}
+
+void Arena::GiveBack(ClassPages &c, Page *p) {
+  os::HeapFree(p);
+  Add<int64_t>(heap_frees_, 1);
+  Add<intptr_t>(c.pages, -1);
+}
+
+void Arena::PushRemote(Slot *s) {
+  Slot *head = remote_.load(std::memory_order_relaxed);
+  do {
+    NextFree(s) = head;
+  } while (!remote_.compare_exchange_weak(head, s, std::memory_order_release,
+                                          std::memory_order_relaxed));
+}
+
+void Arena::DrainRemote() {
+  Slot *s = remote_.exchange(nullptr, std::memory_order_acquire);
+  while (s != nullptr) {
+    Slot *next = NextFree(s);
+    Free(s);
+    s = next;
+  }
+}
+
+void Arena::Snapshot(ArenaSnapshot &out) const {
+  out = ArenaSnapshot{};
+  out.index = index_;
+  out.owner = owner();
+  for (int k = kMinClass; k <= kMaxClass; ++k) {
+    const ClassPages &c = classes_[k - kMinClass];
+    intptr_t pages = c.pages.load(std::memory_order_relaxed);
+    if (pages == 0) continue;
+    intptr_t active = c.active.load(std::memory_order_relaxed);
+    ClassSnapshot &cs = out.classes[out.class_count++];
+    cs.block_size = BlockBytes(k);
+    cs.active = active;
+    cs.unused = static_cast<int64_t>(pages) * SlotsPerPage(k) - active;
+    out.system_blocks += pages;
+    out.user_bytes += static_cast<int64_t>(active) * BlockBytes(k);
+    out.system_bytes += static_cast<int64_t>(pages) * static_cast<int64_t>(PageBytes(k));
+  }
+}
+
+}  // namespace zel::mem

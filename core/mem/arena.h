@@ -1,0 +1,136 @@
+// Arena: pages of every size class, used by one thread at a time.
+#pragma once
+
+#include <zel/config.h>
+
+#include "mem/page.h"
+#include "mem/size_class.h"
+#include "thread/light_lock.h"
+
+#include <atomic>
+#include <cstdint>
+
+namespace zel::mem {
+
+struct ArenaSnapshot;
+
+inline constexpr int kDedicatedIndex = -1;  // the index of every dedicated arena
+inline constexpr uint32_t kNoOwner = ~0u;   // a dedicated arena's owner while it is free
+
+// An arena hands out blocks from its pages. Only its holder allocates and frees into it: the
+// thread that has its lock (a shared arena) or its owner (a dedicated arena, no lock). Any other
+// thread gives a block back through the arena's remote-free list, a lock-free stack that the
+// holder takes back whole at its next allocation.
+//
+// Each size class keeps a current page (allocations come from it), a list of other pages with
+// free blocks, and at most one empty page; full pages are on no list until a block of theirs is
+// freed, and further empty pages go back to the heap.
+//
+// Exported only so that the library's tests can reach it.
+class ZEL_API Arena {
+ public:
+  // A shared arena has the index 0, 1 or 2; a dedicated one has kDedicatedIndex.
+  explicit Arena(int index);
+  // Gives back the pages that no handed-out block is in.
+  ~Arena();
+  Arena(const Arena &) = delete;
+  Arena &operator=(const Arena &) = delete;
+
+  int index() const { return index_; }
+  bool Shared() const { return index_ != kDedicatedIndex; }
+  // The lock of a shared arena.
+  LightLock &lock() { return lock_; }
+
+  // A block of class k (kMinClass to kMaxClass), or null when the heap has no page. Holder only.
+  void *Alloc(int k);
+  // Frees a slot of this arena. Holder only.
+  void Free(Slot *s);
+  // Hands a slot of this arena back from any thread, without waiting.
+  void PushRemote(Slot *s);
+
+  // A dedicated arena's owner thread id, kNoOwner while free.
+  uint32_t owner() const { return owner_.load(std::memory_order_acquire); }
+  // Makes `thread_id` the owner when the arena is free; true when it did.
+  bool Claim(uint32_t thread_id);
+  // Frees the arena for the next owner, who takes over its pages and its remote-free list.
+  void Disown() { owner_.store(kNoOwner, std::memory_order_release); }
+
+  // Statistics, read from any thread without locks.
+  int64_t allocs() const { return allocs_.load(std::memory_order_relaxed); }
+  int64_t frees() const { return frees_.load(std::memory_order_relaxed); }
+  int64_t heap_allocs() const { return heap_allocs_.load(std::memory_order_relaxed); }
+  int64_t heap_frees() const { return heap_frees_.load(std::memory_order_relaxed); }
+  void Snapshot(ArenaSnapshot &out) const;
+
+ private:
+  struct ClassPages {
+    Page *current = nullptr;
+    Page *partial = nullptr;  // other pages with free blocks
+    Page *empty = nullptr;    // a page with no block handed out, kept for reuse
+    // Statistics: pages of the class, and its blocks handed out (freed remotely but not yet
+    // taken back included).
+    std::atomic<intptr_t> pages{0};
+    std::atomic<intptr_t> active{0};
+  };
+
+  // Statistics are written only by the holder: a plain load and store, no locked instruction.
+  template <typename T>
+  static void Add(std::atomic<T> &counter, T delta) {
+    counter.store(counter.load(std::memory_order_relaxed) + delta, std::memory_order_relaxed);
+  }
+
+  ClassPages &Class(int k) { return classes_[k - kMinClass]; }
+  // Makes a page with a free slot current: one with free blocks, else the empty one, else a new
+  // one from the heap. Null when the heap has none.
+  Page *NextPage(int k);
+  // Files a page after a free made it empty or no longer full.
+  void Refile(ClassPages &c, Page *p, bool was_full);
+  void GiveBack(ClassPages &c, Page *p);
+  void DrainRemote();
+
+  LightLock lock_;
+  std::atomic<uint32_t> owner_{kNoOwner};
+  std::atomic<int64_t> allocs_{0};
+  std::atomic<int64_t> frees_{0};
+  std::atomic<int64_t> heap_allocs_{0};
+  std::atomic<int64_t> heap_frees_{0};
+  ClassPages classes_[kClassCount];
+  // What freeing threads touch, on a cache line apart from what the holder writes (which also
+  // aligns the whole arena to cache lines): they write the list, and read the index to tell a
+  // shared arena from a dedicated one.
+  alignas(64) std::atomic<Slot *> remote_{nullptr};
+  const int index_;
+};
+
+inline void *Arena::Alloc(int k) {
+  if (remote_.load(std::memory_order_relaxed) != nullptr) DrainRemote();
+  ClassPages &c = Class(k);
+  Page *p = c.current;
+  if (p == nullptr && (p = NextPage(k)) == nullptr) return nullptr;
+  Slot *s = p->free_list;
+  if (s != nullptr) {
+    p->free_list = NextFree(s);
+  } else {
+    s = reinterpret_cast<Slot *>(p->next_unused);
+    s->page = p;
+    p->next_unused += p->block_size + kSlotHeaderBytes;
+  }
+  if (++p->active == p->slot_count) c.current = nullptr;  // full: on no list
+  Add<intptr_t>(c.active, 1);
+  Add<int64_t>(allocs_, 1);
+  return BlockOf(s);
+}
+
+inline void Arena::Free(Slot *s) {
+  Page *p = s->page;
+  ClassPages &c = Class(p->size_class);
+  NextFree(s) = p->free_list;
+  p->free_list = s;
+  bool was_full = p->active == p->slot_count;
+  --p->active;
+  Add<intptr_t>(c.active, -1);
+  Add<int64_t>(frees_, 1);
+  if (was_full || (p->active == 0 && p != c.current)) Refile(c, p, was_full);
+}
+
+}  // namespace zel::mem

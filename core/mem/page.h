@@ -1,0 +1,51 @@
+// The layout of pages and slots.
+#pragma once
+
+#include "mem/size_class.h"
+
+#include <cstdint>
+
+namespace zel::mem {
+
+class Arena;
+struct Page;
+
+// A slot's 8-byte header. Its first word names the owning page, which never changes once the
+// slot was handed out. A free slot's link to the next free slot is the word after it: the
+// header's second word on 32-bit builds, the block's own first bytes on 64-bit builds (every
+// block has at least 8), so the header stays 8 bytes everywhere.
+struct Slot {
+  Page *page;
+};
+
+// The link of a free slot (on a page's free list or on an arena's remote-free list).
+inline Slot *&NextFree(Slot *s) {
+  return *reinterpret_cast<Slot **>(reinterpret_cast<char *>(s) + sizeof(Page *));
+}
+inline void *BlockOf(Slot *s) { return reinterpret_cast<char *>(s) + kSlotHeaderBytes; }
+inline Slot *SlotOf(void *block) {
+  return reinterpret_cast<Slot *>(static_cast<char *>(block) - kSlotHeaderBytes);
+}
+inline Page *PageOf(const void *block) { return SlotOf(const_cast<void *>(block))->page; }
+
+// The header at the start of every page. Arena, size and class never change; the rest belongs
+// to whoever holds the arena.
+struct Page {
+  Arena *arena;
+  Slot *free_list;    // freed slots, the latest first
+  char *next_unused;  // the next slot never handed out
+  Page *prev;         // neighbours in the class's list of pages with free blocks
+  Page *next;
+  int32_t block_size;
+  int32_t size_class;
+  int32_t slot_count;
+  int32_t active;  // blocks handed out and not freed; the free ones are slot_count - active
+
+  char *FirstSlot() { return reinterpret_cast<char *>(this) + kPageHeaderBytes; }
+};
+
+static_assert(sizeof(Page) <= kPageHeaderBytes, "the page header fits its 64 bytes");
+static_assert(sizeof(Page *) + sizeof(Slot *) <= kSlotHeaderBytes + BlockBytes(kMinClass),
+              "a free slot's page and link fit its header and the smallest block");
+
+}  // namespace zel::mem
