@@ -2,6 +2,7 @@
 #include <zel/diag/counters.h>
 #include <zel/diag/error.h>
 #include <zel/mem/allocator.h>
+#include <zel/mem/mem_usage.h>
 
 #include "support/strings.h"
 
@@ -63,6 +64,15 @@ TEST(Statistics, CountersAreInTheRegistryOnceEnabled) {
   cstring report;
   PrintCounters(report);
   EXPECT_EQ(test::Str(report).find("Allocs: "), 0u);
+}
+
+TEST(MemUsage, SumsWhatObjectsAddAndPrintsIt) {
+  MemUsageInfo usage;
+  usage.Add(100, 128);
+  usage.Add(3000, 4096);
+  cstring text;
+  usage.Print(text);
+  EXPECT_EQ(test::Str(text), "3.02734 KB used, 4.125 KB allocated in 2 blocks");
 }
 
 }  // namespace

@@ -2,4 +2,5 @@
 #pragma once
 
 #include <zel/mem/allocator.h>
+#include <zel/mem/mem_usage.h>
 #include <zel/mem/tary.h>
