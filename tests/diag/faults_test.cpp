@@ -37,11 +37,10 @@ TEST(Faults, BecomeErrorSEOnThreadsWithTheTranslator) {
   EXPECT_EQ(CodeOfFault(WriteThroughNull), 0xC0000005u);
 
   uint32_t on_thread = 0;
-  test::TestThread thread([&] {
+  ASSERT_TRUE(test::RunOnThread([&] {
     InstallSETranslator();
     on_thread = CodeOfFault([] { Divide(1); });
-  });
-  ASSERT_TRUE(thread.Join());
+  }));
   EXPECT_EQ(on_thread, 0xC0000094u);
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 using test::Str;
 
-TEST(Warnings, AreSeparatedByLineBreaksAndDetachedWhole) {
+TEST(Warnings, AreSeparatedByLineBreaksAndDetachedWholeAndTheLogStaysLockedWhileHeld) {
   DetachWarningLog();
   AddWarning("a");
   AddWarning("");
@@ -27,10 +27,8 @@ TEST(Warnings, AreSeparatedByLineBreaksAndDetachedWhole) {
   EXPECT_EQ(Str(*GetWarningLog()), "a\r\nb\r\nc\r\nIn d: d\r\ne");
   EXPECT_EQ(Str(DetachWarningLog()), "a\r\nb\r\nc\r\nIn d: d\r\ne");
   EXPECT_EQ(Str(*GetWarningLog()), "");
-}
 
-TEST(Warnings, TheLogStaysLockedWhileAHolderLives) {
-  DetachWarningLog();
+  // The log stays locked while a holder lives.
   std::atomic<bool> added{false};
   test::TestEvent started;
   {

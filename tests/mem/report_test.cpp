@@ -3,6 +3,7 @@
 #include <zel/diag/error.h>
 #include <zel/mem/allocator.h>
 #include <zel/mem/mem_usage.h>
+#include <zel/text/charset.h>
 
 #include "support/strings.h"
 
@@ -11,27 +12,11 @@
 namespace zel {
 namespace {
 
-std::string FailureOf(void (*call)()) {
-  try {
-    call();
-  } catch (const ErrorX &e) {
-    return test::Str(e.Message());
-  }
-  return "no failure";
-}
-
 TEST(ThrowingForms, NameTheSizeThatFailed) {
-  EXPECT_EQ(FailureOf([] { MallocX(-5); }), "Malloc (-5) failed");
-  EXPECT_EQ(FailureOf([] {
-              void *block = MallocX(16);
-              try {
-                ReallocX(block, -1);
-              } catch (...) {
-                FreeX(block);  // kept by the failed resize
-                throw;
-              }
-            }),
-            "Realloc (-1) failed");
+  EXPECT_EQ(test::FailureOf([] { MallocX(-5); }), "Malloc (-5) failed");
+  void *block = MallocX(16);
+  EXPECT_EQ(test::FailureOf([&] { ReallocX(block, -1); }), "Realloc (-1) failed");
+  FreeX(block);  // kept by the failed resize
   EXPECT_EQ(GAlloc(-5), nullptr);
 }
 
@@ -58,12 +43,11 @@ TEST(Statistics, CountersAreInTheRegistryOnceEnabled) {
   ASSERT_TRUE(ReadCounter("Frees", frees));
   EXPECT_GT(allocs, 0);
   EXPECT_LE(frees, allocs);
-  double unused;
-  EXPECT_TRUE(ReadCounter("Heap Allocs", unused));
-  EXPECT_TRUE(ReadCounter("Allocator Collisions", unused));
   cstring report;
   PrintCounters(report);
-  EXPECT_EQ(test::Str(report).find("Allocs: "), 0u);
+  report.DeleteCharSet(DigitCharQ);  // the names, each once
+  EXPECT_EQ(test::Str(report),
+            "Allocs: \r\nFrees: \r\nHeap Allocs: \r\nAllocator Collisions: \r\n");
 }
 
 TEST(MemUsage, SumsWhatObjectsAddAndPrintsIt) {

@@ -1,6 +1,8 @@
 // Size classes, block sizes, and the edges of GAlloc, GFree and GRealloc.
 #include <zel/mem/allocator.h>
 
+#include "support/allocator.h"
+
 #include <climits>
 #include <cstdint>
 
@@ -24,47 +26,34 @@ TEST(SizeClass, RequestsRoundUpToPowersOfTwoFromEightAndImpossibleOnesGiveNull) 
   EXPECT_NE(GetMemoryAllocator(), nullptr);
 }
 
-// Each byte of a block holds a value that depends on its position.
-void Fill(void *p, int length) {
-  for (int i = 0; i < length; ++i)
-    static_cast<unsigned char *>(p)[i] = static_cast<unsigned char>(i * 7 + 3);
-}
-bool Holds(const void *p, int length) {
-  for (int i = 0; i < length; ++i)
-    if (static_cast<const unsigned char *>(p)[i] != static_cast<unsigned char>(i * 7 + 3))
-      return false;
-  return true;
-}
-
-TEST(GRealloc, MovesAcrossClassesKeepingTheContents) {
+TEST(GRealloc, MovesAcrossClassesKeepingTheContentsStaysWithinOneAndKeepsTheBlockOnFailure) {
   void *p = GRealloc(nullptr, 5);
   ASSERT_NE(p, nullptr);
-  Fill(p, 5);
+  test::Stamp(p, 1, 0, 5);
   int size = 5;
   for (int next : {20, 300, 5000, 70000, 40, 3}) {
     void *q = GRealloc(p, next);
     ASSERT_NE(q, nullptr) << next;
     EXPECT_NE(q, p) << size << " -> " << next;
-    EXPECT_TRUE(Holds(q, size < next ? size : next)) << size << " -> " << next;
-    Fill(q, next);
+    EXPECT_TRUE(test::Intact(q, 1, size < next ? size : next)) << size << " -> " << next;
+    test::Stamp(q, 1, 0, next);
     p = q;
     size = next;
   }
   GFree(p);
-}
 
-TEST(GRealloc, StaysWithinAClassAndKeepsTheBlockOnFailure) {
-  void *p = GAlloc(9);
-  Fill(p, 16);
+  // Within a class the block stays; on failure it is kept.
+  p = GAlloc(9);
+  test::Stamp(p, 1, 0, 16);
   EXPECT_EQ(GRealloc(p, 16), p);
   EXPECT_EQ(GRealloc(p, 12), p);
   EXPECT_EQ(GRealloc(p, -1), nullptr);
   EXPECT_EQ(GRealloc(p, INT_MAX), nullptr);
-  EXPECT_TRUE(Holds(p, 16));
+  EXPECT_TRUE(test::Intact(p, 1, 16));
   void *smaller = GRealloc(p, 8);  // the 8-byte class: a move, though it shrinks
   EXPECT_NE(smaller, p);
   EXPECT_EQ(MemoryAllocator::BlockSize(smaller), 8);
-  EXPECT_TRUE(Holds(smaller, 8));
+  EXPECT_TRUE(test::Intact(smaller, 1, 8));
   GFree(smaller);
 }
 

@@ -4,14 +4,14 @@
 
 #include "mem/allocator_state.h"
 #include "mem/page.h"
-#include "mem/snapshot.h"
 #include "mem/thread_records.h"
+#include "support/allocator.h"
 #include "support/test_thread.h"
 
 #include <algorithm>
 #include <atomic>
-#include <memory>
 #include <mutex>
+#include <numeric>
 #include <vector>
 
 namespace zel {
@@ -28,21 +28,11 @@ struct Random {
   }
 };
 
-// A block, its size, and the tag its bytes are derived from.
+// A block, its size, and the tag its bytes are derived from (test::Stamp).
 struct Tagged {
   unsigned char *data;
   int size;
   uint32_t tag;
-
-  unsigned char Expected(int i) const { return static_cast<unsigned char>(tag * 31 + i); }
-  void Stamp(int from) const {
-    for (int i = from; i < size; ++i) data[i] = Expected(i);
-  }
-  bool Intact(int length) const {
-    for (int i = 0; i < length; ++i)
-      if (data[i] != Expected(i)) return false;
-    return true;
-  }
 };
 
 struct Inbox {
@@ -54,25 +44,8 @@ struct Inbox {
 bool ArriveAndWait(std::atomic<int> &arrived, int count) {
   arrived.fetch_add(1);
   int64_t deadline = os::PerfCounter() + 60 * os::PerfFrequency();
-  while (arrived.load() < count)
-    if (os::PerfCounter() > deadline)
-      return false;
-    else
-      os::Yield();
-  return true;
-}
-
-// The blocks in use in the calling thread's dedicated arena.
-int64_t ActiveInOwnArena() {
-  mem::AllocatorSnapshot all;
-  mem::TakeAllocatorSnapshot(all);
-  for (const mem::ArenaSnapshot &a : all.arenas)
-    if (a.index == mem::kDedicatedIndex && a.owner == os::CurrentThreadId()) {
-      int64_t active = 0;
-      for (int i = 0; i < a.class_count; ++i) active += a.classes[i].active;
-      return active;
-    }
-  return -1;
+  while (arrived.load() < count && os::PerfCounter() < deadline) os::Yield();
+  return arrived.load() >= count;
 }
 
 // Lets every shared arena take back what other threads handed back to it.
@@ -86,30 +59,26 @@ void DrainSharedArenas() {
 
 TEST(Stress, ThreadsHandingBlocksAroundKeepEveryBlockIntactAndCounted) {
   constexpr int kThreads = 4, kOps = 40000, kMaxLive = 200;
-  struct Worker {
-    int64_t made = 0;  // blocks allocated, moves by GRealloc included
-    int damaged = 0, failures = 0;
-    int64_t active_at_start = -1, active_at_end = -2;  // in a dedicated arena
-  } workers[kThreads];
+  int64_t made[kThreads] = {};  // blocks allocated, moves by GRealloc included
   Inbox inboxes[kThreads];
   std::atomic<int> started{0}, loops_done{0}, all_freed{0};
   DrainSharedArenas();
   AllocatorCounts before = GetMemoryAllocator()->Counts();
 
   auto body = [&](int id) {
-    Worker &w = workers[id];
     bool dedicated = id % 2 == 0;
     Random random{0x9E3779B9u * static_cast<uint32_t>(id + 1)};
     uint32_t next_tag = static_cast<uint32_t>(id) << 24;
+    int64_t active_at_start = 0;  // in the thread's dedicated arena
     if (dedicated) {
-      if (!GetMemoryAllocator()->Dedicate()) ++w.failures;
+      EXPECT_TRUE(GetMemoryAllocator()->Dedicate()) << id;
       GFree(GAlloc(8));  // takes back what a previous owner's blocks left on the remote list
-      w.active_at_start = ActiveInOwnArena();
+      active_at_start = test::ActiveInDedicated(os::CurrentThreadId());
     }
-    if (!ArriveAndWait(started, kThreads)) ++w.failures;
+    EXPECT_TRUE(ArriveAndWait(started, kThreads)) << id;
     std::vector<Tagged> live;
     auto release = [&](const Tagged &b) {
-      if (!b.Intact(b.size)) ++w.damaged;
+      EXPECT_TRUE(test::Intact(b.data, b.tag, b.size)) << "damaged block, size " << b.size;
       GFree(b.data);
     };
     auto empty_inbox = [&] {
@@ -124,13 +93,14 @@ TEST(Stress, ThreadsHandingBlocksAroundKeepEveryBlockIntactAndCounted) {
       if (op % 64 == 0) empty_inbox();
       int action = random.Below(100);
       if (live.empty() || (action < 45 && static_cast<int>(live.size()) < kMaxLive)) {
-        Tagged b{nullptr, 8 + random.Below(2041), next_tag++};
-        if ((b.data = static_cast<unsigned char *>(GAlloc(b.size))) == nullptr) {
-          ++w.failures;
+        int size = 8 + random.Below(2041);
+        Tagged b{static_cast<unsigned char *>(GAlloc(size)), size, next_tag++};
+        if (b.data == nullptr) {
+          ADD_FAILURE() << "GAlloc (" << size << ") failed";
           continue;
         }
-        ++w.made;
-        b.Stamp(0);
+        ++made[id];
+        test::Stamp(b.data, b.tag, 0, size);
         live.push_back(b);
         continue;
       }
@@ -145,50 +115,42 @@ TEST(Stress, ThreadsHandingBlocksAroundKeepEveryBlockIntactAndCounted) {
         std::lock_guard lock(next.mutex);
         next.blocks.push_back(b);
       } else {
-        int size = 8 + random.Below(2041);
-        void *resized = GRealloc(b.data, size);
+        int size = 8 + random.Below(2041), kept = std::min(size, b.size);
+        auto *resized = static_cast<unsigned char *>(GRealloc(b.data, size));
         if (resized == nullptr) {
-          ++w.failures;
+          ADD_FAILURE() << "GRealloc (" << size << ") failed";
           release(b);
           continue;
         }
-        if (resized != b.data) ++w.made;
-        b.data = static_cast<unsigned char *>(resized);
-        if (!b.Intact(std::min(size, b.size))) ++w.damaged;
-        int kept = std::min(size, b.size);
+        made[id] += resized != b.data;
+        b.data = resized;
+        EXPECT_TRUE(test::Intact(b.data, b.tag, kept)) << "damaged by GRealloc to " << size;
         b.size = size;
-        b.Stamp(kept);
+        test::Stamp(b.data, b.tag, kept, size);
         live.push_back(b);
       }
     }
     for (const Tagged &b : live) release(b);
-    if (!ArriveAndWait(loops_done, kThreads)) ++w.failures;
+    EXPECT_TRUE(ArriveAndWait(loops_done, kThreads)) << id;
     empty_inbox();
-    if (!ArriveAndWait(all_freed, kThreads)) ++w.failures;
+    EXPECT_TRUE(ArriveAndWait(all_freed, kThreads)) << id;
     if (dedicated) {
       GFree(GAlloc(8));  // takes back what the others freed into this arena
-      w.active_at_end = ActiveInOwnArena();
+      EXPECT_EQ(test::ActiveInDedicated(os::CurrentThreadId()), active_at_start) << id;
     }
     ReleaseThreadAllocatorRecord();
   };
-  std::vector<std::unique_ptr<test::TestThread>> threads;
-  for (int id = 0; id < kThreads; ++id)
-    threads.push_back(std::make_unique<test::TestThread>([&body, id] { body(id); }));
-  for (auto &t : threads) ASSERT_TRUE(t->Join(120000));
+  test::TestThreads threads(kThreads, body);
+  ASSERT_TRUE(threads.JoinAll(120000));
   DrainSharedArenas();
 
-  int64_t made = 0;
-  for (int id = 0; id < kThreads; ++id) {
-    EXPECT_EQ(workers[id].failures, 0) << id;
-    EXPECT_EQ(workers[id].damaged, 0) << id;
-    if (id % 2 == 0) {
-      EXPECT_EQ(workers[id].active_at_end, workers[id].active_at_start) << id;
-    }
-    made += workers[id].made;
-  }
   AllocatorCounts after = GetMemoryAllocator()->Counts();
-  EXPECT_GE(after.allocs - before.allocs, made);
+  EXPECT_GE(after.allocs - before.allocs, std::accumulate(made, made + kThreads, int64_t{0}));
   EXPECT_EQ(after.allocs - before.allocs, after.frees - before.frees);
+  // The arenas hold the pages taken from the heap and not given back.
+  int64_t pages = 0;
+  for (const mem::ArenaSnapshot &a : test::TakeSnapshot().arenas) pages += a.system_blocks;
+  EXPECT_EQ(after.heap_allocs - after.heap_frees, pages);
 }
 
 }  // namespace

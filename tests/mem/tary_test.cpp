@@ -18,7 +18,9 @@ TEST(GrowCapacity, FollowsTheThreeBandsAndNeverGivesLessThanNeeded) {
       {9, 4, 10, 18},                // then doubling
       {0x80000, 4, 1, 0xC0000},      // 2 MiB of elements of 4 bytes: by half from here
       {0x80000 - 1, 4, 1, 0xFFFFE},  // just below: doubles
+      {0x1FFFFF, 1, 1, 0x3FFFFE},    //
       {0x200000, 1, 1, 0x300000},    //
+      {0x31FFFFF, 1, 1, 0x4AFFFFE},  //
       {0x3200000, 1, 1, 0x3E80000},  // 50 MiB: by a quarter
       {8, 1, 100, 100},              // a bigger request wins
   };
@@ -27,13 +29,9 @@ TEST(GrowCapacity, FollowsTheThreeBandsAndNeverGivesLessThanNeeded) {
         << c.capacity << " x " << c.element_size;
 }
 
-TEST(TAry, KeepsOrderThroughInsertsRemovalsAndGrowth) {
+TEST(TAry, KeepsOrderThroughEditsAndGrowthAndPtrTAryFindsItsPointers) {
   TAry<cstring> words;
-  for (int i = 0; i < 20; ++i) {
-    cstring word;
-    word << "w" << i;
-    words.Add(static_cast<cstring &&>(word));
-  }
+  for (int i = 0; i < 20; ++i) words.Add(static_cast<cstring &&>(cstring("w") << i));
   words.Insert(0, "first");
   words.Insert(5, "fifth");
   words.RemoveAt(1);
@@ -53,15 +51,13 @@ TEST(TAry, KeepsOrderThroughInsertsRemovalsAndGrowth) {
   words.Flush();
   EXPECT_TRUE(words.empty());
   EXPECT_GE(words.Capacity(), 21);
-}
 
-TEST(PtrTAry, FindsItsPointers) {
   int a = 0, b = 0, c = 0;
-  PtrTAry<int> list;
-  list.Add(&a);
-  list.Add(&b);
-  EXPECT_EQ(list.Find(&b), 1);
-  EXPECT_EQ(list.Find(&c), -1);
+  PtrTAry<int> pointers;
+  pointers.Add(&a);
+  pointers.Add(&b);
+  EXPECT_EQ(pointers.Find(&b), 1);
+  EXPECT_EQ(pointers.Find(&c), -1);
 }
 
 }  // namespace

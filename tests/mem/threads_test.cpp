@@ -1,16 +1,15 @@
 // Threads meeting in the global allocator: remote frees, dedicated arenas, collisions and moves
-// between shared arenas, and the counters.
+// between shared arenas.
 #include <zel/mem/allocator.h>
 
 #include "mem/allocator_state.h"
 #include "mem/page.h"
-#include "mem/snapshot.h"
 #include "mem/thread_records.h"
+#include "support/allocator.h"
 #include "support/log_capture.h"
 #include "support/test_thread.h"
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 namespace zel {
@@ -23,33 +22,16 @@ Arena *ArenaOf(void *block) { return mem::PageOf(block)->arena; }
 // Runs `body` on a new thread that gives its allocator record up at the end, as the exit work of
 // the library's threads does.
 void OnNewThread(const std::function<void()> &body) {
-  test::TestThread thread([&] {
+  ASSERT_TRUE(test::RunOnThread([&] {
     body();
     ReleaseThreadAllocatorRecord();
-  });
-  ASSERT_TRUE(thread.Join());
+  }));
 }
 
-mem::AllocatorSnapshot TakeSnapshot() {
-  mem::AllocatorSnapshot all;
-  mem::TakeAllocatorSnapshot(all);
-  return all;
-}
-// The dedicated arena that `owner` owns; all zero when there is none.
-mem::ArenaSnapshot DedicatedArena(uint32_t owner) {
-  for (const mem::ArenaSnapshot &a : TakeSnapshot().arenas)
-    if (a.index == mem::kDedicatedIndex && a.owner == owner) return a;
-  return {};
-}
 bool AllDedicatedArenasFree() {
-  for (const mem::ArenaSnapshot &a : TakeSnapshot().arenas)
+  for (const mem::ArenaSnapshot &a : test::TakeSnapshot().arenas)
     if (a.index == mem::kDedicatedIndex && a.owner != mem::kNoOwner) return false;
   return true;
-}
-int64_t ActiveOfSize(const mem::ArenaSnapshot &a, int block_size) {
-  for (int i = 0; i < a.class_count; ++i)
-    if (a.classes[i].block_size == block_size) return a.classes[i].active;
-  return 0;
 }
 
 TEST(RemoteFree, ABlockFreedElsewhereReturnsToItsSharedArenaAtItsNextAllocation) {
@@ -75,21 +57,21 @@ TEST(Dedicated, FreesFromOtherThreadsWaitOnTheRemoteListUntilTheOwnerAllocates) 
     std::vector<void *> blocks;
     for (int i = 0; i < 50; ++i) blocks.push_back(GAlloc(64));
     ASSERT_FALSE(ArenaOf(blocks[0])->Shared());
-    int64_t active = ActiveOfSize(DedicatedArena(me), 64);
+    int64_t active = test::ActiveInDedicated(me, 64);
     AllocatorCounts counts = GetMemoryAllocator()->Counts();
 
     OnNewThread([&] {
       for (void *b : blocks) GFree(b);
     });
-    EXPECT_EQ(ActiveOfSize(DedicatedArena(me), 64), active);
+    EXPECT_EQ(test::ActiveInDedicated(me, 64), active);
     EXPECT_EQ(GetMemoryAllocator()->Counts().frees, counts.frees);
 
     void *again = GAlloc(64);          // takes them all back first
     EXPECT_EQ(again, blocks.front());  // pushed first, so freed last: on top of the free list
-    EXPECT_EQ(ActiveOfSize(DedicatedArena(me), 64), active - 50 + 1);
+    EXPECT_EQ(test::ActiveInDedicated(me, 64), active - 50 + 1);
     EXPECT_EQ(GetMemoryAllocator()->Counts().frees, counts.frees + 50);
     GFree(again);  // the owner's own free is immediate
-    EXPECT_EQ(ActiveOfSize(DedicatedArena(me), 64), active - 50);
+    EXPECT_EQ(test::ActiveInDedicated(me, 64), active - 50);
   });
 }
 
@@ -98,51 +80,42 @@ TEST(Dedicated, AFourthThreadFindsAllGoneAndStaysOnTheSharedArenas) {
   constexpr int kHolders = 3;
   test::TestEvent ready[kHolders], done;
   Arena *arenas[kHolders] = {};
-  bool dedicated[kHolders] = {};
-  std::vector<std::unique_ptr<test::TestThread>> holders;
-  for (int i = 0; i < kHolders; ++i)
-    holders.push_back(std::make_unique<test::TestThread>([&, i] {
-      dedicated[i] = GetMemoryAllocator()->Dedicate();
-      void *p = GAlloc(24);
-      ready[i].Set();
-      done.Wait();
-      // Asking again changes nothing.
-      void *q = GetMemoryAllocator()->Dedicate() ? GAlloc(24) : nullptr;
-      if (q != nullptr && ArenaOf(q) == ArenaOf(p)) arenas[i] = ArenaOf(p);
-      GFree(p);
-      GFree(q);
-      ReleaseThreadAllocatorRecord();
-    }));
+  test::TestThreads holders(kHolders, [&](int i) {
+    EXPECT_TRUE(GetMemoryAllocator()->Dedicate()) << i;
+    void *p = GAlloc(24);
+    arenas[i] = ArenaOf(p);
+    ready[i].Set();
+    done.Wait();
+    EXPECT_TRUE(GetMemoryAllocator()->Dedicate()) << i;  // asking again changes nothing
+    void *q = GAlloc(24);
+    EXPECT_EQ(ArenaOf(q), arenas[i]) << i;
+    GFree(p);
+    GFree(q);
+    ReleaseThreadAllocatorRecord();
+  });
   for (test::TestEvent &e : ready) ASSERT_TRUE(e.Wait());
 
-  bool fourth_dedicated = true, fourth_shared = false;
   uint32_t fourth_id = 0;
   test::LogCapture log;
   OnNewThread([&] {
     fourth_id = os::CurrentThreadId();
-    fourth_dedicated = GetMemoryAllocator()->Dedicate();
+    EXPECT_FALSE(GetMemoryAllocator()->Dedicate());
     void *p = GAlloc(24);
-    fourth_shared = ArenaOf(p)->Shared();
+    EXPECT_TRUE(ArenaOf(p)->Shared());
     GFree(p);
   });
   done.Set();
-  for (auto &h : holders) ASSERT_TRUE(h->Join());
-
-  EXPECT_FALSE(fourth_dedicated);
-  EXPECT_TRUE(fourth_shared);
-  EXPECT_EQ(log.Text(), "Thread " + std::to_string(fourth_id) +
-                            " can't use a dedicated allocator (all gone)\r\n");
+  ASSERT_TRUE(holders.JoinAll());
+  EXPECT_EQ(log.Lines(),
+            std::vector<std::string>{"Thread " + std::to_string(fourth_id) +
+                                     " can't use a dedicated allocator (all gone)\r\n"});
   for (int i = 0; i < kHolders; ++i) {
-    EXPECT_TRUE(dedicated[i]) << i;
-    ASSERT_NE(arenas[i], nullptr) << i;
     EXPECT_FALSE(arenas[i]->Shared()) << i;
     for (int j = 0; j < i; ++j) EXPECT_NE(arenas[i], arenas[j]);
   }
   // Given up at the holders' end: a new thread gets one.
   EXPECT_TRUE(AllDedicatedArenasFree());
-  bool later = false;
-  OnNewThread([&] { later = GetMemoryAllocator()->Dedicate(); });
-  EXPECT_TRUE(later);
+  OnNewThread([] { EXPECT_TRUE(GetMemoryAllocator()->Dedicate()); });
 }
 
 // A fresh thread makes counts[i] allocations in shared arena i, each time moving on by colliding:
@@ -184,44 +157,18 @@ TEST(Collisions, WithEverySharedArenaBusyAThreadWaitsForItsOwn) {
   mem::AllocatorState &state = mem::State();
   for (Arena &a : state.shared) ASSERT_TRUE(a.lock().TryEnter());
   test::TestEvent allocated;
-  Arena *served = nullptr;
   test::TestThread thread([&] {
-    void *p = GAlloc(16);  // a fresh thread starts in arena 0
-    served = ArenaOf(p);
+    void *p = GAlloc(16);
+    EXPECT_EQ(ArenaOf(p), &state.shared[0]);  // a fresh thread starts in arena 0, and waits there
     allocated.Set();
     GFree(p);
     ReleaseThreadAllocatorRecord();
   });
   state.shared[0].lock().Leave();
   ASSERT_TRUE(allocated.Wait());
-  EXPECT_EQ(served, &state.shared[0]);
   state.shared[1].lock().Leave();
   state.shared[2].lock().Leave();
   ASSERT_TRUE(thread.Join());
-}
-
-TEST(Counters, CountBlocksAndThePagesTheArenasHold) {
-  ASSERT_TRUE(AllDedicatedArenasFree());
-  OnNewThread([] {
-    ASSERT_TRUE(GetMemoryAllocator()->Dedicate());
-    uint32_t me = os::CurrentThreadId();
-    mem::ArenaSnapshot start = DedicatedArena(me);
-    AllocatorCounts before = GetMemoryAllocator()->Counts();
-    std::vector<void *> blocks;
-    for (int i = 0; i < 300; ++i) blocks.push_back(GAlloc(i % 2 == 0 ? 40 : 3000));
-    AllocatorCounts during = GetMemoryAllocator()->Counts();
-    for (void *b : blocks) GFree(b);
-    AllocatorCounts after = GetMemoryAllocator()->Counts();
-    mem::ArenaSnapshot end = DedicatedArena(me);
-    EXPECT_EQ(during.allocs - before.allocs, 300);
-    EXPECT_EQ(during.frees, before.frees);
-    EXPECT_EQ(after.frees - before.frees, 300);
-    EXPECT_EQ(after.collisions, before.collisions);
-    EXPECT_GE(during.heap_allocs - before.heap_allocs, 149);  // 150 pages of one 4 KiB block
-    EXPECT_EQ((after.heap_allocs - after.heap_frees) - (before.heap_allocs - before.heap_frees),
-              end.system_blocks - start.system_blocks);
-    EXPECT_EQ(end.user_bytes, start.user_bytes);
-  });
 }
 
 }  // namespace

@@ -6,14 +6,12 @@
 #include "support/test_thread.h"
 
 #include <cstring>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace zel::os {
 namespace {
 
-TEST(LastError, IsPerThreadAndRestoredBySavedLastError) {
+TEST(LastError, IsPerThreadRestoredBySavedLastErrorAndKeptByErrorText) {
   SetLastError(5);
   {
     SavedLastError saved;
@@ -22,22 +20,17 @@ TEST(LastError, IsPerThreadAndRestoredBySavedLastError) {
   }
   EXPECT_EQ(LastError(), 5u);
 
-  uint32_t seen_there = 1;
-  test::TestThread other([&] {
+  ASSERT_TRUE(test::RunOnThread([] {
     SetLastError(0);
-    seen_there = LastError();
-  });
-  ASSERT_TRUE(other.Join());
-  EXPECT_EQ(seen_there, 0u);
+    EXPECT_EQ(LastError(), 0u);
+  }));
   EXPECT_EQ(LastError(), 5u);
-}
 
-TEST(LastError, TextOfACodeLeavesTheLastErrorAlone) {
-  // Code 2 is "file not found" on both platforms (ENOENT, ERROR_FILE_NOT_FOUND).
-  SetLastError(9);
+  // The text of a code leaves the last error alone. Code 2 is "file not found" on both platforms
+  // (ENOENT, ERROR_FILE_NOT_FOUND).
   char text[256];
   int length = ErrorText(2, text, sizeof text);
-  EXPECT_EQ(LastError(), 9u);
+  EXPECT_EQ(LastError(), 5u);
   ASSERT_GT(length, 0);
   EXPECT_EQ(static_cast<int>(std::strlen(text)), length);
 #if !defined(_WIN32)
@@ -52,8 +45,7 @@ TEST(LastError, TextOfACodeLeavesTheLastErrorAlone) {
 TEST(Clock, PerformanceCounterIsMonotonicAndSystemTimeIsPlausible) {
   EXPECT_GT(PerfFrequency(), 0);
   int64_t before = PerfCounter();
-  int64_t after = PerfCounter();
-  EXPECT_LE(before, after);
+  EXPECT_LE(before, PerfCounter());
 
   // Between 2020-01-01 and 2100-01-01 on the FILETIME scale.
   int64_t now = SystemTime100ns();
@@ -61,33 +53,22 @@ TEST(Clock, PerformanceCounterIsMonotonicAndSystemTimeIsPlausible) {
   EXPECT_LT(now, 157469184000000000);
 }
 
-TEST(Tls, EachThreadSeesItsOwnValue) {
+TEST(Tls, EachThreadSeesItsOwnValueAndGetKeepsTheLastError) {
   uint32_t slot = TlsAlloc();
   ASSERT_NE(slot, kNoTlsSlot);
   int mine = 1, theirs = 2;
   ASSERT_TRUE(TlsSet(slot, &mine));
+  SetLastError(3);
+  EXPECT_EQ(TlsGet(slot), &mine);
+  EXPECT_EQ(LastError(), 3u);
 
-  void *first_seen = &mine;
-  void *after_set = nullptr;
-  test::TestThread other([&] {
-    first_seen = TlsGet(slot);
+  ASSERT_TRUE(test::RunOnThread([&] {
+    EXPECT_EQ(TlsGet(slot), nullptr);
     TlsSet(slot, &theirs);
-    after_set = TlsGet(slot);
-  });
-  ASSERT_TRUE(other.Join());
-  EXPECT_EQ(first_seen, nullptr);
-  EXPECT_EQ(after_set, &theirs);
+    EXPECT_EQ(TlsGet(slot), &theirs);
+  }));
   EXPECT_EQ(TlsGet(slot), &mine);
   EXPECT_TRUE(TlsFree(slot));
-}
-
-TEST(Tls, GetKeepsTheLastError) {
-  uint32_t slot = TlsAlloc();
-  ASSERT_NE(slot, kNoTlsSlot);
-  SetLastError(3);
-  TlsGet(slot);
-  EXPECT_EQ(LastError(), 3u);
-  TlsFree(slot);
 }
 
 TEST(CritSect, IsRecursiveAndExcludesOtherThreads) {
@@ -95,25 +76,11 @@ TEST(CritSect, IsRecursiveAndExcludesOtherThreads) {
   lock.Enter();
   EXPECT_TRUE(lock.TryEnter());  // the holder enters again
   lock.Leave();
-
-  bool other_got_it = true;
-  test::TestThread other([&] { other_got_it = lock.TryEnter(); });
-  ASSERT_TRUE(other.Join());
-  EXPECT_FALSE(other_got_it);
+  EXPECT_FALSE(test::FreeForOthers(lock));
   lock.Leave();
-
+  EXPECT_TRUE(test::FreeForOthers(lock));
   // Many increments under the lock from several threads lose none.
-  int counter = 0;
-  std::vector<std::unique_ptr<test::TestThread>> threads;
-  for (int t = 0; t < 4; ++t)
-    threads.push_back(std::make_unique<test::TestThread>([&] {
-      for (int i = 0; i < 20000; ++i) {
-        CritSectLock hold(lock);
-        ++counter;
-      }
-    }));
-  for (auto &t : threads) ASSERT_TRUE(t->Join());
-  EXPECT_EQ(counter, 80000);
+  EXPECT_EQ(test::CountUnderLock<CritSectLock>(lock), 80000);
 }
 
 TEST(Paths, ExecutablePathNamesThisProgram) {
@@ -142,8 +109,7 @@ TEST(WakePort, SignalsCoalesceUntilDrained) {
   EXPECT_FALSE(port.Drain());
 
   // Another thread's signal is seen here.
-  test::TestThread other([&] { port.Signal(); });
-  ASSERT_TRUE(other.Join());
+  ASSERT_TRUE(test::RunOnThread([&] { port.Signal(); }));
   EXPECT_TRUE(port.Drain());
   port.Close();
   EXPECT_FALSE(port.IsOpen());

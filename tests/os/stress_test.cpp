@@ -3,25 +3,16 @@
 #include "support/test_thread.h"
 
 #include <atomic>
-#include <memory>
-#include <vector>
 
 namespace zel::os {
 namespace {
 
-using Threads = std::vector<std::unique_ptr<test::TestThread>>;
-
-void JoinAll(Threads &threads) {
-  for (auto &t : threads) ASSERT_TRUE(t->Join(60000));
-}
-
 TEST(Stress, PingPongOnAutoResetEventsLosesNoWakeUp) {
-  Handle ping = CreateEvent(false, false), pong = CreateEvent(false, false);
+  test::TestHandle ping(CreateEvent(false, false)), pong(CreateEvent(false, false));
   constexpr int kRounds = 20000;
-  std::atomic<int> failures{0};
   test::TestThread partner([&] {
     for (int i = 0; i < kRounds; ++i) {
-      if (WaitOne(ping, 10000, false) != kWaitObject0) ++failures;
+      EXPECT_EQ(WaitOne(ping, 10000, false), kWaitObject0) << "round " << i;
       SetEvent(pong);
     }
   });
@@ -30,40 +21,28 @@ TEST(Stress, PingPongOnAutoResetEventsLosesNoWakeUp) {
     ASSERT_EQ(WaitOne(pong, 10000, false), kWaitObject0) << "round " << i;
   }
   ASSERT_TRUE(partner.Join());
-  EXPECT_EQ(failures, 0);
-  CloseHandle(ping);
-  CloseHandle(pong);
 }
 
 TEST(Stress, SemaphoreUnitsAreEachTakenExactlyOnce) {
-  Handle s = CreateSemaphore(0, 0x7FFFFFFF);
+  test::TestHandle s(CreateSemaphore(0, 0x7FFFFFFF));
   constexpr int kPerProducer = 20000, kProducers = 2, kConsumers = 2;
   constexpr int kTotal = kPerProducer * kProducers;
-  std::atomic<int> taken{0}, timeouts{0};
+  std::atomic<int> taken{0};
   // Each consumer takes units until it takes one beyond the total: one of the closing units
   // released below once the producers are done.
-  Threads consumers, producers;
-  for (int c = 0; c < kConsumers; ++c)
-    consumers.push_back(std::make_unique<test::TestThread>([&] {
-      for (;;) {
-        if (WaitOne(s, 10000, false) != kWaitObject0) {
-          ++timeouts;
-          return;
-        }
-        if (++taken > kTotal) return;
-      }
-    }));
-  for (int p = 0; p < kProducers; ++p)
-    producers.push_back(std::make_unique<test::TestThread>([&] {
-      for (int i = 0; i < kPerProducer; ++i) ReleaseSemaphore(s, 1, nullptr);
-    }));
-  JoinAll(producers);
+  test::TestThreads consumers(kConsumers, [&](int) {
+    while (WaitOne(s, 10000, false) == kWaitObject0)
+      if (++taken > kTotal) return;
+    ADD_FAILURE() << "a consumer timed out";
+  });
+  test::TestThreads producers(kProducers, [&](int) {
+    for (int i = 0; i < kPerProducer; ++i) ReleaseSemaphore(s, 1, nullptr);
+  });
+  ASSERT_TRUE(producers.JoinAll());
   ReleaseSemaphore(s, kConsumers, nullptr);
-  JoinAll(consumers);
-  EXPECT_EQ(timeouts, 0);
+  ASSERT_TRUE(consumers.JoinAll());
   EXPECT_EQ(taken, kTotal + kConsumers);
   EXPECT_EQ(WaitOne(s, 0, false), kWaitTimeout);
-  CloseHandle(s);
 }
 
 TEST(Stress, WaitOnSeveralObjectsReleasedFromSeveralThreads) {
@@ -73,15 +52,12 @@ TEST(Stress, WaitOnSeveralObjectsReleasedFromSeveralThreads) {
     signals[i] = CreateEvent(false, false);
     acks[i] = CreateEvent(false, false);
   }
-  std::atomic<int> failures{0};
-  Threads threads;
-  for (int i = 0; i < kSignallers; ++i)
-    threads.push_back(std::make_unique<test::TestThread>([&, i] {
-      for (int r = 0; r < kRounds; ++r) {
-        SetEvent(signals[i]);
-        if (WaitOne(acks[i], 10000, false) != kWaitObject0) ++failures;
-      }
-    }));
+  test::TestThreads threads(kSignallers, [&](int i) {
+    for (int r = 0; r < kRounds; ++r) {
+      SetEvent(signals[i]);
+      EXPECT_EQ(WaitOne(acks[i], 10000, false), kWaitObject0) << i << " round " << r;
+    }
+  });
   int counts[kSignallers] = {};
   for (int n = 0; n < kSignallers * kRounds; ++n) {
     uint32_t r = WaitMany(kSignallers, signals, false, 10000, false);
@@ -89,16 +65,13 @@ TEST(Stress, WaitOnSeveralObjectsReleasedFromSeveralThreads) {
     ++counts[r];
     SetEvent(acks[r]);
   }
-  JoinAll(threads);
-  EXPECT_EQ(failures, 0);
+  ASSERT_TRUE(threads.JoinAll());
   for (int i = 0; i < kSignallers; ++i) EXPECT_EQ(counts[i], kRounds) << i;
 
   // Wait-all over the same events: it returns once the last of them is set.
-  Threads setters;
-  for (int i = 0; i < kSignallers; ++i)
-    setters.push_back(std::make_unique<test::TestThread>([&, i] { SetEvent(signals[i]); }));
+  test::TestThreads setters(kSignallers, [&](int i) { SetEvent(signals[i]); });
   EXPECT_EQ(WaitMany(kSignallers, signals, true, 10000, false), kWaitObject0);
-  JoinAll(setters);
+  ASSERT_TRUE(setters.JoinAll());
   for (int i = 0; i < kSignallers; ++i) EXPECT_EQ(WaitOne(signals[i], 0, false), kWaitTimeout);
   for (int i = 0; i < kSignallers; ++i) {
     CloseHandle(signals[i]);
@@ -130,13 +103,11 @@ TEST(Stress, ApcsFromSeveralThreadsAllRunInEachSendersOrder) {
     while (flood.total < kSenders * kEach) SleepEx(10000, true);
   });
   ASSERT_TRUE(target_ready.Wait());
-  Threads senders;
-  for (int s = 0; s < kSenders; ++s)
-    senders.push_back(std::make_unique<test::TestThread>([&, s] {
-      for (int i = 0; i < kEach; ++i)
-        QueueApc(FloodApc, target.handle(), (uintptr_t{static_cast<unsigned>(s)} << 24) | i);
-    }));
-  JoinAll(senders);
+  test::TestThreads senders(kSenders, [&](int s) {
+    for (int i = 0; i < kEach; ++i)
+      QueueApc(FloodApc, target.handle(), (uintptr_t{static_cast<unsigned>(s)} << 24) | i);
+  });
+  ASSERT_TRUE(senders.JoinAll());
   ASSERT_TRUE(target.Join(60000));
   EXPECT_EQ(flood.total, kSenders * kEach);
   EXPECT_EQ(flood.out_of_order, 0);

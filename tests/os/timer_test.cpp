@@ -9,59 +9,23 @@ namespace {
 
 constexpr int64_t kMs = -10000;  // one millisecond, relative, in 100-ns units
 
-struct Timer {
-  explicit Timer(bool manual_reset) : handle(CreateWaitableTimer(manual_reset)) {}
-  ~Timer() { CloseHandle(handle); }
-  Handle handle;
-};
+using test::TestHandle;
 
-TEST(Timer, SignalsAtItsDueTimeNotBefore) {
-  Timer t(false);
-  ASSERT_TRUE(IsHandle(t.handle));
-  EXPECT_EQ(WaitOne(t.handle, 0, false), kWaitTimeout);  // never armed
-  ASSERT_TRUE(SetWaitableTimer(t.handle, 200 * kMs, 0, nullptr, nullptr));
-  EXPECT_EQ(WaitOne(t.handle, 0, false), kWaitTimeout);
-  EXPECT_EQ(WaitOne(t.handle, 10000, false), kWaitObject0);
-  EXPECT_EQ(WaitOne(t.handle, 0, false), kWaitTimeout);  // auto-reset: consumed
-}
-
-TEST(Timer, ManualResetStaysSignalledUntilArmedAgain) {
-  Timer t(true);
-  ASSERT_TRUE(SetWaitableTimer(t.handle, kMs, 0, nullptr, nullptr));
-  EXPECT_EQ(WaitOne(t.handle, 10000, false), kWaitObject0);
-  EXPECT_EQ(WaitOne(t.handle, 0, false), kWaitObject0);
-  ASSERT_TRUE(SetWaitableTimer(t.handle, 10000 * kMs, 0, nullptr, nullptr));
-  EXPECT_EQ(WaitOne(t.handle, 0, false), kWaitTimeout);
-}
-
-TEST(Timer, AbsoluteDueTimeInThePastSignalsAtOnce) {
-  Timer t(false);
-  ASSERT_TRUE(SetWaitableTimer(t.handle, SystemTime100ns() - 10000000, 0, nullptr, nullptr));
-  EXPECT_EQ(WaitOne(t.handle, 10000, false), kWaitObject0);
-}
-
-TEST(Timer, PeriodicTimerSignalsAgainAndCancelStopsIt) {
-  Timer t(false);
-  ASSERT_TRUE(SetWaitableTimer(t.handle, kMs, 5, nullptr, nullptr));
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(WaitOne(t.handle, 10000, false), kWaitObject0) << i;
-  ASSERT_TRUE(CancelWaitableTimer(t.handle));
-  WaitOne(t.handle, 0, false);  // a signal from just before the cancel may remain
-  EXPECT_EQ(WaitOne(t.handle, 50, false), kWaitTimeout);
-}
-
-TEST(Timer, ArmingAgainMovesTheDueTimeOfAWaitInProgress) {
-  Timer t(false);
-  ASSERT_TRUE(SetWaitableTimer(t.handle, 1000000 * kMs, 0, nullptr, nullptr));
-  test::TestEvent waiting;
-  uint32_t result = 0;
-  test::TestThread waiter([&] {
-    waiting.Set();
-    result = WaitOne(t.handle, 10000, false);
-  });
-  ASSERT_TRUE(waiting.Wait());
-  ASSERT_TRUE(SetWaitableTimer(t.handle, 5 * kMs, 0, nullptr, nullptr));
-  ASSERT_TRUE(waiter.Join());
-  EXPECT_EQ(result, kWaitObject0);
+TEST(Timer, SignalsAtItsDueTimeNotBeforeAndResetsByItsMode) {
+  for (bool manual_reset : {false, true}) {
+    TestHandle t(CreateWaitableTimer(manual_reset));
+    EXPECT_EQ(WaitOne(t, 0, false), kWaitTimeout);  // never armed
+    ASSERT_TRUE(SetWaitableTimer(t, 100 * kMs, 0, nullptr, nullptr));
+    EXPECT_EQ(WaitOne(t, 0, false), kWaitTimeout);
+    EXPECT_EQ(WaitOne(t, 10000, false), kWaitObject0);
+    // Auto-reset: consumed; manual reset: signalled until armed again.
+    EXPECT_EQ(WaitOne(t, 0, false), manual_reset ? kWaitObject0 : kWaitTimeout);
+    ASSERT_TRUE(SetWaitableTimer(t, 10000 * kMs, 0, nullptr, nullptr));
+    EXPECT_EQ(WaitOne(t, 0, false), kWaitTimeout);
+    // An absolute due time in the past signals at once.
+    ASSERT_TRUE(SetWaitableTimer(t, SystemTime100ns() - 10000000, 0, nullptr, nullptr));
+    EXPECT_EQ(WaitOne(t, 10000, false), kWaitObject0);
+  }
 }
 
 struct RoutineLog {
@@ -75,47 +39,41 @@ void ZEL_CALLBACK Completion(void *arg, uint32_t, uint32_t) {
   ++log->calls;
 }
 
-TEST(Timer, CompletionRoutineRunsOnTheArmingThreadInAnAlertableWait) {
-  Timer t(false);
+// Another thread arms the timer again while this one waits on it: the wait ends at the new due
+// time, and the routine runs on the arming thread, in its alertable wait.
+TEST(Timer, ArmingAgainMovesAWaitInProgressAndTheRoutineRunsOnTheArmingThread) {
+  TestHandle t(CreateWaitableTimer(false));
+  ASSERT_TRUE(SetWaitableTimer(t, 1000000 * kMs, 0, nullptr, nullptr));
   RoutineLog log;
-  uint32_t armer = 0, result = 0;
-  test::TestEvent armed;
+  test::TestEvent waiting;
   test::TestThread thread([&] {
-    armer = CurrentThreadId();
-    SetWaitableTimer(t.handle, 10 * kMs, 0, Completion, &log);
-    armed.Set();
-    result = SleepEx(10000, true);
+    waiting.Wait();
+    SetWaitableTimer(t, 10 * kMs, 0, Completion, &log);
+    EXPECT_EQ(SleepEx(10000, true), kWaitIoCompletion);
+    EXPECT_EQ(log.thread, CurrentThreadId());
   });
-  ASSERT_TRUE(armed.Wait());
-  // This thread sees the timer signalled, but the routine is the arming thread's.
-  EXPECT_EQ(WaitOne(t.handle, 10000, false), kWaitObject0);
+  waiting.Set();
+  EXPECT_EQ(WaitOne(t, 10000, false), kWaitObject0);
   ASSERT_TRUE(thread.Join());
-  EXPECT_EQ(result, kWaitIoCompletion);
   EXPECT_EQ(log.calls, 1);
-  EXPECT_EQ(log.thread, armer);
 }
 
-TEST(Timer, CompletionRoutineWaitsForAnAlertableWait) {
-  Timer t(false);
+TEST(Timer, PeriodicSignalsAndRoutinesRepeatUntilCancelled) {
+  TestHandle t(CreateWaitableTimer(false));
   RoutineLog log;
-  ASSERT_TRUE(SetWaitableTimer(t.handle, kMs, 0, Completion, &log));
-  EXPECT_EQ(SleepEx(30, false), 0u);  // due meanwhile, but not alertable
-  EXPECT_EQ(log.calls, 0);
-  EXPECT_EQ(SleepEx(10000, true), kWaitIoCompletion);
-  EXPECT_EQ(log.calls, 1);
-  EXPECT_EQ(log.thread, CurrentThreadId());
-}
-
-TEST(Timer, PeriodicCompletionRoutineRunsEachPeriod) {
-  Timer t(false);
-  RoutineLog log;
-  ASSERT_TRUE(SetWaitableTimer(t.handle, kMs, 2, Completion, &log));
+  ASSERT_TRUE(SetWaitableTimer(t, kMs, 2, Completion, &log));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(WaitOne(t, 10000, false), kWaitObject0) << i;
+  EXPECT_EQ(SleepEx(10, false), 0u);
+  EXPECT_EQ(log.calls, 0);  // due several times, but no alertable wait yet
   while (log.calls < 3) ASSERT_EQ(SleepEx(10000, true), kWaitIoCompletion);
-  CancelWaitableTimer(t.handle);
-  SleepEx(0, true);  // a last routine queued before the cancel may still run
+  EXPECT_EQ(log.thread, CurrentThreadId());
+  ASSERT_TRUE(CancelWaitableTimer(t));
+  SleepEx(0, true);      // a last routine queued before the cancel may still run,
+  WaitOne(t, 0, false);  // and a last signal remain
   int calls = log.calls;
   EXPECT_EQ(SleepEx(20, true), 0u);
   EXPECT_EQ(log.calls, calls);
+  EXPECT_EQ(WaitOne(t, 0, false), kWaitTimeout);
 }
 
 }  // namespace

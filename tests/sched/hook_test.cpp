@@ -1,6 +1,7 @@
 // Hooks, hook lists that change while they run, and function chains.
 #include <zel/sched/hook.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,38 +14,21 @@ std::vector<std::string> g_calls;
 struct Target {
   explicit Target(const char *n) : name(n) {}
   std::string name;
-  Hook0VAry *list = nullptr;
-  Hook0V remove_on_call;
-  Hook0V add_on_call;
-  bool flush_on_call = false;
+  Hook0VAry *list = nullptr;  // changed by `change` when set
+  std::function<void(Hook0VAry &)> change;
 
   void Call() {
     g_calls.push_back(name);
-    if (list != nullptr) {
-      if (!remove_on_call.empty()) list->Remove(remove_on_call);
-      if (!add_on_call.empty()) list->Add(add_on_call);
-      if (flush_on_call) list->Flush();
-    }
+    if (list != nullptr) change(*list);
   }
   Hook0V Hook() { return Hook0V::Of<&Target::Call>(this); }
 };
 
-TEST(Hook0V, CallsItsTargetAndIsEmptyWithoutOne) {
-  g_calls.clear();
-  Target a("a");
-  Hook0V hook = a.Hook();
-  hook();
-  Hook0V(hook.function(), nullptr)();  // no target: nothing
-  EXPECT_EQ(g_calls, std::vector<std::string>{"a"});
-  EXPECT_TRUE(Hook0V().empty());
-  Target b("b");
-  EXPECT_TRUE(hook == a.Hook());
-  EXPECT_FALSE(hook == b.Hook());
-}
-
 TEST(Hook0VAry, InvokesInOrderAndInReverse) {
   g_calls.clear();
   Target a("a"), b("b"), c("c");
+  Hook0V(a.Hook().function(), nullptr)();  // a hook without a target: nothing
+  EXPECT_TRUE(Hook0V().empty());
   Hook0VAry list;
   list.Invoke();  // empty: nothing
   for (Target *t : {&a, &b, &c}) list.Add(t->Hook());
@@ -57,40 +41,41 @@ TEST(Hook0VAry, InvokesInOrderAndInReverse) {
   EXPECT_FALSE(list.Contains(b.Hook()));
 }
 
-TEST(Hook0VAry, AHookRemovingItselfIsGoneAfterTheWalkAndOthersRunOnce) {
-  g_calls.clear();
-  Hook0VAry list;
-  Target a("a"), b("b"), c("c");
-  for (Target *t : {&a, &b, &c}) list.Add(t->Hook());
-  b.list = &list;
-  b.remove_on_call = b.Hook();
-  list.Invoke();
-  EXPECT_EQ(g_calls, (std::vector<std::string>{"a", "b", "c"}));
-  EXPECT_EQ(list.Count(), 2);
-  g_calls.clear();
-  list.Invoke();
-  EXPECT_EQ(g_calls, (std::vector<std::string>{"a", "c"}));
-}
-
+// The list holds a, b and c; one of them changes it when called, in the first walk only.
 TEST(Hook0VAry, ChangesDuringAWalk) {
-  g_calls.clear();
-  Hook0VAry list;
+  using Calls = std::vector<std::string>;
   Target a("a"), b("b"), c("c"), d("d");
-  for (Target *t : {&a, &b, &c}) list.Add(t->Hook());
-  a.list = &list;
-  a.remove_on_call = c.Hook();  // removing a later hook: it is not called
-  a.add_on_call = d.Hook();     // an added hook waits for the next walk
-  list.Invoke();
-  EXPECT_EQ(g_calls, (std::vector<std::string>{"a", "b"}));
-  EXPECT_EQ(list.Count(), 3);
-
-  g_calls.clear();
-  a.remove_on_call = Hook0V();
-  a.add_on_call = Hook0V();
-  a.flush_on_call = true;
-  list.Invoke();
-  EXPECT_EQ(g_calls, (std::vector<std::string>{"a"}));
-  EXPECT_EQ(list.Count(), 0);
+  // A hook that removes itself is gone after the walk; a later hook removed is not called; an
+  // added hook waits for the next walk.
+  auto remove_c_add_d = [&](Hook0VAry &l) {
+    l.Remove(c.Hook());
+    l.Add(d.Hook());
+  };
+  const struct {
+    Target *changer;
+    std::function<void(Hook0VAry &)> change;
+    Calls first_walk;
+    int count;
+    Calls second_walk;
+  } cases[] = {
+      {&b, [&](Hook0VAry &l) { l.Remove(b.Hook()); }, {"a", "b", "c"}, 2, {"a", "c"}},
+      {&a, remove_c_add_d, {"a", "b"}, 3, {"a", "b", "d"}},
+      {&a, [](Hook0VAry &l) { l.Flush(); }, {"a"}, 0, {}},
+  };
+  for (const auto &t : cases) {
+    Hook0VAry list;
+    for (Target *target : {&a, &b, &c}) list.Add(target->Hook());
+    t.changer->list = &list;
+    t.changer->change = t.change;
+    g_calls.clear();
+    list.Invoke();
+    EXPECT_EQ(g_calls, t.first_walk);
+    EXPECT_EQ(list.Count(), t.count);
+    t.changer->list = nullptr;
+    g_calls.clear();
+    list.Invoke();
+    EXPECT_EQ(g_calls, t.second_walk);
+  }
 }
 
 TEST(Hook0VAry, BorrowedStorageIsCopiedBeforeItChangesAndAssignmentCopies) {

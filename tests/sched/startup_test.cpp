@@ -11,25 +11,21 @@
 namespace zel {
 namespace {
 
+std::mutex g_lock;
+std::vector<std::string> g_heard;
+std::atomic<uint32_t> g_watched{0};
+
 // Listeners cannot be removed, so these live for the whole program and only record what they hear
-// about the threads a test names.
-struct Journal {
-  std::mutex lock;
-  std::vector<std::string> entries;
-  std::atomic<uint32_t> watched{0};
-
-  void Note(const char *what) {
-    if (os::CurrentThreadId() != watched) return;
-    std::lock_guard hold(lock);
-    entries.push_back(what);
-  }
-};
-Journal journal;
-
+// about the thread a test names.
 struct NamedListener final : ThreadListener {
   explicit NamedListener(const char *name) : name_(name) {}
-  void OnThreadStart() override { journal.Note((name_ + " start").c_str()); }
-  void OnThreadEnd() override { journal.Note((name_ + " end").c_str()); }
+  void OnThreadStart() override { Note(" start"); }
+  void OnThreadEnd() override { Note(" end"); }
+  void Note(const char *what) {
+    if (os::CurrentThreadId() != g_watched) return;
+    std::lock_guard hold(g_lock);
+    g_heard.push_back(name_ + what);
+  }
   std::string name_;
 };
 
@@ -40,16 +36,14 @@ TEST(Startup, ListenersHearThreadsNewestFirst) {
   AddThreadListener(&a);
   AddThreadListener(&b);
 
-  test::TestEvent go;
-  test::TestThread thread([&] { go.Wait(); }, /*suspended=*/true);
+  test::TestThread thread([] {}, /*suspended=*/true);  // until it is watched
   ASSERT_TRUE(thread.Started());
-  journal.watched = thread.id();
-  thread.Resume();
-  go.Set();
+  g_watched = thread.id();
+  os::ResumeThread(thread.handle());
   ASSERT_TRUE(thread.Join());
 
-  std::lock_guard hold(journal.lock);
-  EXPECT_EQ(journal.entries, (std::vector<std::string>{"B start", "A start", "B end", "A end"}));
+  std::lock_guard hold(g_lock);
+  EXPECT_EQ(g_heard, (std::vector<std::string>{"B start", "A start", "B end", "A end"}));
 }
 
 }  // namespace

@@ -23,12 +23,6 @@ class LogCapture : public LogClient {
     CritSectLock hold(lock_);
     return lines_;
   }
-  // All lines joined.
-  std::string Text() {
-    std::string all;
-    for (const std::string &line : Lines()) all += line;
-    return all;
-  }
 
  private:
   CritSect lock_;

@@ -1,14 +1,19 @@
-// TestThread: a thread for tests, on the library's own thread layer (so the same test runs on
-// every leg, MinGW's Win32 thread model included).
+// Threads, handles and locks for tests, on the library's own thread layer, so that the tests of
+// every leg exercise it.
 #pragma once
 
 #include "os/os.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace zel::test {
 
+// A thread that is joined when it goes.
 class TestThread {
  public:
   // Starts `body` on a new thread; with `suspended`, only after Resume.
@@ -22,7 +27,6 @@ class TestThread {
   bool Started() const { return handle_ != nullptr; }
   os::Handle handle() const { return handle_; }
   uint32_t id() const { return id_; }
-  void Resume() { os::ResumeThread(handle_); }
 
   // Waits up to `ms` for the thread to end; true when it has ended (the handle is then closed).
   bool Join(uint32_t ms = 10000) {
@@ -44,23 +48,74 @@ class TestThread {
   uint32_t id_ = 0;
 };
 
-// A manual-reset event that closes itself.
-class TestEvent {
- public:
-  explicit TestEvent(bool manual_reset = true, bool set = false)
-      : handle_(os::CreateEvent(manual_reset, set)) {}
-  ~TestEvent() { os::CloseHandle(handle_); }
-  TestEvent(const TestEvent &) = delete;
-  TestEvent &operator=(const TestEvent &) = delete;
+// Runs `body` on a new thread; true when the thread has ended within `ms`.
+inline bool RunOnThread(std::function<void()> body, uint32_t ms = 10000) {
+  TestThread thread(std::move(body));
+  return thread.Join(ms);
+}
 
-  os::Handle handle() const { return handle_; }
-  void Set() { os::SetEvent(handle_); }
-  void Reset() { os::ResetEvent(handle_); }
-  // True when the event is (or becomes) signalled within `ms`.
-  bool Wait(uint32_t ms = 10000) { return os::WaitOne(handle_, ms, false) == os::kWaitObject0; }
+// `count` threads, each running `body` with its index.
+class TestThreads {
+ public:
+  TestThreads(int count, const std::function<void(int)> &body) {
+    for (int i = 0; i < count; ++i)
+      threads_.push_back(std::make_unique<TestThread>([body, i] { body(i); }));
+  }
+  // True when every thread has ended within `ms`.
+  bool JoinAll(uint32_t ms = 60000) {
+    bool all = true;
+    for (auto &t : threads_) all = t->Join(ms) && all;
+    return all;
+  }
+
+ private:
+  std::vector<std::unique_ptr<TestThread>> threads_;
+};
+
+// True when another thread can take `lock` right now.
+template <typename Lock>
+bool FreeForOthers(Lock &lock) {
+  bool free = false;
+  RunOnThread([&] {
+    if ((free = lock.TryEnter())) lock.Leave();
+  });
+  return free;
+}
+
+// Four threads each add 20,000 to a counter, holding `lock` through a `Hold`; returns the total.
+template <typename Hold, typename Lock>
+int CountUnderLock(Lock &lock) {
+  int counter = 0;
+  TestThreads threads(4, [&](int) {
+    for (int i = 0; i < 20000; ++i) {
+      Hold hold(lock);
+      ++counter;
+    }
+  });
+  threads.JoinAll();
+  return counter;
+}
+
+// A handle that closes itself; it converts to the handle.
+class TestHandle {
+ public:
+  explicit TestHandle(os::Handle handle) : handle_(handle) { EXPECT_TRUE(os::IsHandle(handle)); }
+  ~TestHandle() { os::CloseHandle(handle_); }
+  TestHandle(const TestHandle &) = delete;
+  TestHandle &operator=(const TestHandle &) = delete;
+  operator os::Handle() const { return handle_; }
 
  private:
   os::Handle handle_;
+};
+
+// A manual-reset event that closes itself.
+class TestEvent : public TestHandle {
+ public:
+  TestEvent() : TestHandle(os::CreateEvent(true, false)) {}
+  void Set() { os::SetEvent(*this); }
+  // True when the event is (or becomes) signalled within `ms`.
+  bool Wait(uint32_t ms = 10000) { return os::WaitOne(*this, ms, false) == os::kWaitObject0; }
 };
 
 }  // namespace zel::test

@@ -3,6 +3,7 @@
 
 #include "support/test_thread.h"
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -10,9 +11,10 @@ namespace zel {
 namespace {
 
 // Six strings on loan at once on a new thread, all given buffers, then returned: the pool keeps
-// five, emptied with their buffers, and frees the sixth; loans take them back newest first.
-TEST(ThreadLocalString, KeepsFiveSpareStringsAndFreesTheSixth) {
-  test::TestThread thread([] {
+// five, emptied with their buffers, and frees the sixth; loans take them back newest first. Another
+// thread has a pool of its own.
+TEST(ThreadLocalString, KeepsFiveSpareStringsPerThreadAndFreesTheSixth) {
+  ASSERT_TRUE(test::RunOnThread([] {
     std::optional<ThreadLocalString> loans[ThreadLocalString::kLimit + 1];
     std::vector<cstring *> released, taken;
     for (auto &loan : loans) {
@@ -29,30 +31,17 @@ TEST(ThreadLocalString, KeepsFiveSpareStringsAndFreesTheSixth) {
     EXPECT_EQ(with_buffer, 5);
     EXPECT_EQ(loans[5]->get().capacity(), 0);  // the pool ran dry: a new string
     for (int i = 0; i < 5; ++i) EXPECT_EQ(taken[i], released[4 - i]) << i;
-  });
-  ASSERT_TRUE(thread.Join());
-}
 
-TEST(ThreadLocalString, EachThreadHasItsOwnPool) {
-  cstring *mine;
-  {
-    ThreadLocalString scratch;
-    *scratch << "kept in this thread's pool";
-    mine = &*scratch;
-  }
-  cstring *theirs = nullptr;
-  int their_capacity = -1;
-  test::TestThread thread([&] {
-    ThreadLocalString scratch;
-    theirs = &*scratch;
-    their_capacity = scratch->capacity();
-  });
-  ASSERT_TRUE(thread.Join());
-  EXPECT_NE(theirs, mine);
-  EXPECT_EQ(their_capacity, 0);
-  ThreadLocalString again;
-  EXPECT_EQ(&*again, mine);
-  EXPECT_GT(again->capacity(), 0);
+    for (auto &loan : loans) loan.reset();  // the first five back in the pool
+    cstring *theirs = nullptr;
+    ASSERT_TRUE(test::RunOnThread([&] {
+      ThreadLocalString scratch;
+      theirs = &*scratch;
+      EXPECT_EQ(scratch->capacity(), 0);
+    }));
+    EXPECT_EQ(std::count(taken.begin(), taken.begin() + 5, theirs), 0);  // none of the spares
+    EXPECT_EQ(&loans[0].emplace().get(), taken[4]);
+  }));
 }
 
 }  // namespace

@@ -20,27 +20,20 @@ struct Recorder {
   Hook0V Hook() { return Hook0V::Of<&Recorder::Call>(this); }
 };
 
-TEST(ThreadExitHooks, RunAtTheThreadsEndNewestFirstAndOnce) {
+TEST(ThreadExitHooks, CanBeRunEarlyAndRunAtTheThreadsEndNewestFirstAndOnce) {
   std::vector<int> calls;
-  Recorder one(&calls, 1), two(&calls, 2), late(&calls, 3);
+  Recorder early(&calls, 0), one(&calls, 1), two(&calls, 2), late(&calls, 3);
   Hook0V late_hook = late.Hook();
   two.add_when_called = &late_hook;  // added while the hooks run: runs too
-  test::TestThread thread([&] {
+  ASSERT_TRUE(test::RunOnThread([&] {
+    AddThreadExitHook(early.Hook());
+    CallThreadExitHooks();
+    CallThreadExitHooks();  // nothing left to run
     AddThreadExitHook(one.Hook());
     AddThreadExitHook(two.Hook());
     AddThreadExitHook(one.Hook());  // already there
-  });
-  ASSERT_TRUE(thread.Join());
-  EXPECT_EQ(calls, (std::vector<int>{2, 1, 3}));
-}
-
-TEST(ThreadExitHooks, CanBeRunEarly) {
-  std::vector<int> calls;
-  Recorder one(&calls, 1);
-  AddThreadExitHook(one.Hook());
-  CallThreadExitHooks();
-  CallThreadExitHooks();
-  EXPECT_EQ(calls, std::vector<int>{1});
+  }));
+  EXPECT_EQ(calls, (std::vector<int>{0, 2, 1, 3}));
 }
 
 }  // namespace

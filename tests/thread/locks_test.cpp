@@ -4,45 +4,19 @@
 #include "support/test_thread.h"
 #include "thread/light_lock.h"
 
-#include <memory>
-#include <vector>
-
 namespace zel {
 namespace {
 
+using test::FreeForOthers;
+
 TEST(LightLock, ExcludesAndTryEnterFailsWhileHeld) {
   LightLock lock;
-  int counter = 0;
-  std::vector<std::unique_ptr<test::TestThread>> threads;
-  for (int t = 0; t < 4; ++t)
-    threads.push_back(std::make_unique<test::TestThread>([&] {
-      for (int i = 0; i < 20000; ++i) {
-        LightLockHold hold(lock);
-        ++counter;
-      }
-    }));
-  for (auto &t : threads) ASSERT_TRUE(t->Join(60000));
-  EXPECT_EQ(counter, 80000);
-
+  EXPECT_EQ(test::CountUnderLock<LightLockHold>(lock), 80000);
   lock.Enter();
-  bool taken = true;
-  test::TestThread other([&] { taken = lock.TryEnter(); });
-  ASSERT_TRUE(other.Join());
-  EXPECT_FALSE(taken);
+  EXPECT_FALSE(FreeForOthers(lock));
   lock.Leave();
   EXPECT_TRUE(lock.TryEnter());
   lock.Leave();
-}
-
-// True when another thread can take `lock` right now.
-bool FreeForOthers(CritSect &lock) {
-  bool free = false;
-  test::TestThread other([&] {
-    free = lock.TryEnter();
-    if (free) lock.Leave();
-  });
-  other.Join();
-  return free;
 }
 
 TEST(LockedPointer, HoldsTheLockWhileItPointsAndHandsItOver) {
