@@ -7,16 +7,17 @@
 
 namespace zel {
 
-// A named integer statistic. It reads its value when asked, through `read(source)`.
-class ZEL_API IntCounter {
+// A named statistic of type T. It reads its value when asked, through `read(source)`.
+template <typename T>
+class Counter {
  public:
-  using Reader = int64_t (*)(const void *source);
-  IntCounter(const strptr &name, Reader read, const void *source)
+  using Reader = T (*)(const void *source);
+  Counter(const strptr &name, Reader read, const void *source)
       : name_(name), read_(read), source_(source) {}
 
   const cstring &Name() const { return name_; }
   const void *Source() const { return source_; }
-  int64_t Value() const { return read_(source_); }
+  T Value() const { return read_(source_); }
 
  private:
   cstring name_;
@@ -24,22 +25,8 @@ class ZEL_API IntCounter {
   const void *source_;
 };
 
-// A named floating-point statistic.
-class ZEL_API FloatCounter {
- public:
-  using Reader = double (*)(const void *source);
-  FloatCounter(const strptr &name, Reader read, const void *source)
-      : name_(name), read_(read), source_(source) {}
-
-  const cstring &Name() const { return name_; }
-  const void *Source() const { return source_; }
-  double Value() const { return read_(source_); }
-
- private:
-  cstring name_;
-  Reader read_;
-  const void *source_;
-};
+using IntCounter = Counter<int64_t>;
+using FloatCounter = Counter<double>;
 
 // Registers a counter (the registry keeps it until RemoveCounters of its source). Any thread.
 ZEL_API void AddIntCounter(const strptr &name, IntCounter::Reader read, const void *source);
