@@ -99,85 +99,69 @@ void StdStringBuild(benchmark::State &state) {
 }
 BENCHMARK(StdStringBuild)->Name("std_string:build_1mb");
 
-void ZelAppendInt(benchmark::State &state) {
-  zel::cstring s;
+void Empty(zel::cstring &s) { s.Flush(); }
+void Empty(std::string &s) { s.clear(); }
+
+// Appends every value with `append`, into a string emptied (its buffer kept) before each round.
+template <typename String, typename Values, typename Append>
+void AppendEach(benchmark::State &state, const Values &values, Append append) {
+  String s;
   for (auto _ : state) {
-    s.Flush();
-    for (int v : Ints()) s << v;
-    benchmark::DoNotOptimize(s.text());
+    Empty(s);
+    for (auto v : values) append(s, v);
+    benchmark::DoNotOptimize(s);
   }
   state.SetItemsProcessed(state.iterations() * kNumbers);
+}
+
+// Formats with `format` into a stack buffer, then appends.
+template <typename T, typename Format>
+void AppendFormatted(std::string &s, T v, Format format) {
+  char buffer[32];
+  s.append(buffer, format(buffer, buffer + sizeof buffer, v));
+}
+
+void ZelAppendInt(benchmark::State &state) {
+  AppendEach<zel::cstring>(state, Ints(), [](zel::cstring &s, int v) { s << v; });
 }
 BENCHMARK(ZelAppendInt)->Name("zel:append_int");
 
 void ToCharsAppendInt(benchmark::State &state) {
-  std::string s;
-  for (auto _ : state) {
-    s.clear();
-    for (int v : Ints()) {
-      char buffer[16];
-      auto result = std::to_chars(buffer, buffer + sizeof buffer, v);
-      s.append(buffer, result.ptr);
-    }
-    benchmark::DoNotOptimize(s.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kNumbers);
+  AppendEach<std::string>(state, Ints(), [](std::string &s, int v) {
+    AppendFormatted(s, v, [](char *b, char *e, int x) { return std::to_chars(b, e, x).ptr; });
+  });
 }
 BENCHMARK(ToCharsAppendInt)->Name("to_chars:append_int");
 
 void SnprintfAppendInt(benchmark::State &state) {
-  std::string s;
-  for (auto _ : state) {
-    s.clear();
-    for (int v : Ints()) {
-      char buffer[16];
-      int n = std::snprintf(buffer, sizeof buffer, "%d", v);
-      s.append(buffer, static_cast<size_t>(n));
-    }
-    benchmark::DoNotOptimize(s.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kNumbers);
+  AppendEach<std::string>(state, Ints(), [](std::string &s, int v) {
+    AppendFormatted(s, v, [](char *b, char *e, int x) {
+      return b + std::snprintf(b, static_cast<size_t>(e - b), "%d", x);
+    });
+  });
 }
 BENCHMARK(SnprintfAppendInt)->Name("snprintf:append_int");
 
 void ZelAppendDouble(benchmark::State &state) {
-  zel::cstring s;
-  for (auto _ : state) {
-    s.Flush();
-    for (double v : Doubles()) s << v;
-    benchmark::DoNotOptimize(s.text());
-  }
-  state.SetItemsProcessed(state.iterations() * kNumbers);
+  AppendEach<zel::cstring>(state, Doubles(), [](zel::cstring &s, double v) { s << v; });
 }
 BENCHMARK(ZelAppendDouble)->Name("zel:append_double");
 
 void ToCharsAppendDouble(benchmark::State &state) {
-  std::string s;
-  for (auto _ : state) {
-    s.clear();
-    for (double v : Doubles()) {
-      char buffer[32];
-      auto result = std::to_chars(buffer, buffer + sizeof buffer, v, std::chars_format::general, 6);
-      s.append(buffer, result.ptr);
-    }
-    benchmark::DoNotOptimize(s.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kNumbers);
+  AppendEach<std::string>(state, Doubles(), [](std::string &s, double v) {
+    AppendFormatted(s, v, [](char *b, char *e, double x) {
+      return std::to_chars(b, e, x, std::chars_format::general, 6).ptr;
+    });
+  });
 }
 BENCHMARK(ToCharsAppendDouble)->Name("to_chars:append_double");
 
 void SnprintfAppendDouble(benchmark::State &state) {
-  std::string s;
-  for (auto _ : state) {
-    s.clear();
-    for (double v : Doubles()) {
-      char buffer[32];
-      int n = std::snprintf(buffer, sizeof buffer, "%g", v);
-      s.append(buffer, static_cast<size_t>(n));
-    }
-    benchmark::DoNotOptimize(s.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kNumbers);
+  AppendEach<std::string>(state, Doubles(), [](std::string &s, double v) {
+    AppendFormatted(s, v, [](char *b, char *e, double x) {
+      return b + std::snprintf(b, static_cast<size_t>(e - b), "%g", x);
+    });
+  });
 }
 BENCHMARK(SnprintfAppendDouble)->Name("snprintf:append_double");
 

@@ -1,6 +1,8 @@
 // LightLock: the library's cheapest lock, for short sections that rarely meet.
 #pragma once
 
+#include <zel/thread/critsect.h>
+
 #include "os/os.h"
 
 namespace zel {
@@ -37,16 +39,6 @@ class ZEL_API LightLock {
   int32_t handoffs_ = 0;
 };
 
-// Holds a LightLock for the lifetime of the guard.
-class LightLockHold {
- public:
-  explicit LightLockHold(LightLock &lock) : lock_(lock) { lock_.Enter(); }
-  ~LightLockHold() { lock_.Leave(); }
-  LightLockHold(const LightLockHold &) = delete;
-  LightLockHold &operator=(const LightLockHold &) = delete;
-
- private:
-  LightLock &lock_;
-};
+using LightLockHold = LockHold<LightLock>;
 
 }  // namespace zel

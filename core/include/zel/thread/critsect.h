@@ -1,4 +1,4 @@
-// CritSect: the library's recursive lock, and CritSectLock, its scope guard.
+// CritSect: the library's recursive lock, and LockHold, the scope guard of a lock.
 #pragma once
 
 #include <zel/config.h>
@@ -28,16 +28,19 @@ class ZEL_API CritSect {
   alignas(void *) unsigned char native_[sizeof(void *) == 8 ? 40 : 24];
 };
 
-// Holds a CritSect for the lifetime of the guard.
-class CritSectLock {
+// Holds a lock (anything with Enter and Leave) for the lifetime of the guard.
+template <typename Lock>
+class LockHold {
  public:
-  explicit CritSectLock(CritSect &lock) : lock_(lock) { lock_.Enter(); }
-  ~CritSectLock() { lock_.Leave(); }
-  CritSectLock(const CritSectLock &) = delete;
-  CritSectLock &operator=(const CritSectLock &) = delete;
+  explicit LockHold(Lock &lock) : lock_(lock) { lock_.Enter(); }
+  ~LockHold() { lock_.Leave(); }
+  LockHold(const LockHold &) = delete;
+  LockHold &operator=(const LockHold &) = delete;
 
  private:
-  CritSect &lock_;
+  Lock &lock_;
 };
+
+using CritSectLock = LockHold<CritSect>;
 
 }  // namespace zel
