@@ -16,16 +16,16 @@ constexpr int kLongestNumber = 24;
 
 // Writes straight into the buffer when it already has room for the longest number; otherwise
 // formats on the stack and appends, so that the buffer grows by exactly what is written.
-template <typename T, typename... Format>
-cstring &cstring::AddNumber(T value, Format... format) {
+template <typename T, typename... Style>
+cstring &cstring::AddNumber(T value, Style... style) {
   if (capacity_ - stored_ >= kLongestNumber) {
     char *start = text_ + stored_ - 1;
-    char *end = std::to_chars(start, start + kLongestNumber, value, format...).ptr;
+    char *end = std::to_chars(start, start + kLongestNumber, value, style...).ptr;
     SetLength(static_cast<int>(end - text_));
     return *this;
   }
   char buffer[kLongestNumber];
-  char *end = std::to_chars(buffer, buffer + kLongestNumber, value, format...).ptr;
+  char *end = std::to_chars(buffer, buffer + kLongestNumber, value, style...).ptr;
   return AddNonOverlapping(buffer, static_cast<int>(end - buffer));
 }
 

@@ -27,6 +27,15 @@
 #define ZEL_CALLBACK
 #endif
 
+// ZEL_PRINTF(f, a) lets the compiler check a printf-style call: parameter f is the format and the
+// variable arguments start at parameter a (count `this` as parameter 1 in member functions). MinGW
+// is asked for the GNU dialect, which its runtime's printf family follows in C++.
+#if defined(__MINGW32__) && !defined(__clang__)
+#define ZEL_PRINTF(f, a) __attribute__((format(gnu_printf, f, a)))
+#else
+#define ZEL_PRINTF(f, a) __attribute__((format(printf, f, a)))
+#endif
+
 namespace zel {
 
 // The library's version, "major.minor.patch".

@@ -3,6 +3,7 @@
 
 #include <zel/text/strptr.h>
 
+#include <cstdarg>
 #include <cstdint>
 #include <cstring>
 
@@ -144,6 +145,12 @@ class ZEL_API cstring {
 
   void Swap(cstring &other) noexcept;
 
+  // Replaces the contents with what the C runtime's printf family writes for `format` and the
+  // arguments. An argument may point into this string. A format the runtime rejects leaves the
+  // string empty.
+  cstring &Format(const char *format, ...) ZEL_PRINTF(2, 3);
+  cstring &FormatV(const char *format, va_list args) ZEL_PRINTF(2, 0);
+
   // Appending text and numbers; the number forms write what printf's "%d", "%u", "%lld", "%llu"
   // and "%g" write.
   cstring &operator<<(const strptr &text) { return Add(text); }
@@ -171,8 +178,8 @@ class ZEL_API cstring {
   // owning in any case.
   void GrowExact(int need);
   // Appends `value` as std::to_chars writes it with `format` (the number forms of `<<`).
-  template <typename T, typename... Format>
-  cstring &AddNumber(T value, Format... format);
+  template <typename T, typename... Style>
+  cstring &AddNumber(T value, Style... style);
   // Copy on first write: a borrowing string takes an owned copy of its text.
   void MakeOwning();
   // Copies the borrowed text into an owned buffer of max(size, stored count) bytes.
@@ -193,6 +200,9 @@ class temp_cstring : public cstring {
   temp_cstring() = default;
   temp_cstring(cstring &&s) noexcept : cstring(static_cast<cstring &&>(s)) {}
 };
+
+// A new string holding what cstring::Format writes.
+ZEL_API temp_cstring Formatted(const char *format, ...) ZEL_PRINTF(1, 2);
 
 // Appends "\r\n" when the string is not empty and does not end in LF or CR.
 ZEL_API cstring &MaybeEOL(cstring &s);
