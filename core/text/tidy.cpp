@@ -1,6 +1,7 @@
 // Tidying the ends and line breaks of text.
 #include <zel/text/charset.h>
 #include <zel/text/cstring.h>
+#include <zel/text/string_iter.h>
 
 namespace zel {
 
@@ -18,14 +19,17 @@ temp_cstring FixNewlines(const strptr &text) {
   cstring out;
   if (text.empty()) return temp_cstring();  // an empty result borrows the empty text
   out.Reserve(text.length());
+  StringIter it(text);
   int run = 0;  // start of the characters copied as they are
-  for (int i = 0; i < text.length(); ++i) {
-    char c = text[i];
-    if (c != '\r' && c != '\n') continue;
-    out.AddNonOverlapping(text.text() + run, i - run);
+  while (!it.AtEnd()) {
+    const int at = it.position();
+    if (!it.SkipNewLine()) {
+      it.SkipNChars(1);
+      continue;
+    }
+    out.AddNonOverlapping(text.text() + run, at - run);
     out.AddNonOverlapping("\r\n", 2);
-    if (c == '\r' && i + 1 < text.length() && text[i + 1] == '\n') ++i;  // CR LF is one line end
-    run = i + 1;
+    run = it.position();
   }
   out.AddNonOverlapping(text.text() + run, text.length() - run);
   out.Compact();
