@@ -1,4 +1,4 @@
-// Character tests shared by the readers of StringIter and the tok functions.
+// Character tests shared by the views and the readers of text.
 #pragma once
 
 namespace zel::text {

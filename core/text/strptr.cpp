@@ -3,11 +3,13 @@
 
 #include <cstring>
 
+#include "text/char_tests.h"
+
 namespace zel {
 
 namespace {
 
-bool IsWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+using text::IsWhite;
 
 bool SameChars(const char *a, const char *b, int n, bool case_sensitive) {
   if (n == 0) return true;  // an empty view's text may be null, which memcmp must not get
