@@ -5,5 +5,6 @@
 #include <zel/text/cstring.h>
 #include <zel/text/format.h>
 #include <zel/text/hash_primes.h>
+#include <zel/text/print.h>
 #include <zel/text/strptr.h>
 #include <zel/text/thread_local_string.h>
