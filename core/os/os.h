@@ -17,6 +17,10 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace zel {
+class cstring;
+}
+
 namespace zel::os {
 
 // ---------------------------------------------------------------------------------------------
@@ -234,6 +238,12 @@ ZEL_API bool EnableFaultTranslation(FaultThrower thrower);
 // and returns its full length, which may exceed what fitted; 0 on failure.
 ZEL_API int ExecutablePath(char *buf, int cap);
 
+// Writes the full path of a loaded module into `buf` (NUL-terminated) and returns its length; 0
+// on failure or when the path needs more than `cap` - 1 characters. `module` is what ThisModule
+// or LoadLibrary returned, or null for the executable (GetModuleFileNameA; on Linux the loader's
+// name of the shared object, and the executable's path for the main program).
+ZEL_API int ModuleFileName(void *module, char *buf, int cap);
+
 // ---------------------------------------------------------------------------------------------
 // Loading other libraries, each with its own symbols as Windows does (on Linux a library loaded
 // here binds its own symbols first and adds none to the process's global scope).
@@ -244,6 +254,15 @@ ZEL_API void *LoadLibrary(const char *name);
 ZEL_API void *GetProcAddress(void *library, const char *name);
 // Unloads a library loaded by LoadLibrary.
 ZEL_API bool FreeLibrary(void *library);
+
+// ---------------------------------------------------------------------------------------------
+// The locale's number separators.
+
+// Sets `decimal` and `thousands` to the user's decimal and thousands separators. Windows asks
+// GetLocaleInfoA for the size under the user default locale and reads the text under the system
+// default locale (LOCALE_SDECIMAL, LOCALE_STHOUSAND); Linux reads the C library's data for the
+// current numeric locale (nl_langinfo: "." and "" in the "C" locale). Empty where none is known.
+ZEL_API void LocaleSeparators(cstring &decimal, cstring &thousands);
 
 // ---------------------------------------------------------------------------------------------
 // Debugger and console.

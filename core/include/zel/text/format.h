@@ -27,4 +27,25 @@ requires std::is_integral_v<T> &&(!std::is_same_v<T, uint32_t>)&&(!std::is_same_
     return FmtHex(out, static_cast<uint64_t>(value), min_digits, prefix, upper_case);
 }
 
+// Appends byte `c` as it stands inside a double-quoted string of the library's text formats. The
+// bytes 0x20 to 0x80 are written as themselves, the double quote and the backslash with a
+// backslash before them. Every other byte is a backslash and three octal digits of the byte
+// sign-extended to 32 bits (bits 6-8, 3-5, 0-2): LF is \012, 0x81 is \601, 0xFF is \777. There
+// are no short escapes such as \n: control characters always take the octal form.
+ZEL_API cstring &WriteQuotedChar(cstring &out, char c);
+
+// Appends `c` escaped for XML-like text: TAB, LF and CR as \t, \n and \r; the double quote,
+// ampersand, apostrophe, less-than and greater-than as the entities &quot; &amp; &apos; &lt; &gt;;
+// any other character that is neither printable nor white space in the "C" locale (the control
+// characters, DEL and every byte from 0x80) as a backslash and three octal digits as
+// WriteQuotedChar writes them; everything else as itself.
+ZEL_API cstring &WriteQuotedCharXML(cstring &out, char c);
+
+// The user's decimal and thousands separators (Windows: the locale settings; Linux: the current
+// numeric locale of the C library, "." and "" in the "C" locale). Both are read on the first call
+// of either and kept for the life of the process. The number printers do not use them: they
+// always write "." and ",".
+ZEL_API const char *GetDecimalSeparator();
+ZEL_API const char *GetThousandsSeparator();
+
 }  // namespace zel

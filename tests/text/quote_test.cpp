@@ -1,0 +1,88 @@
+// Escaped characters, quoted strings in their short and long forms, and quoted characters.
+#include <zel/text/format.h>
+#include <zel/text/print.h>
+
+#include "support/strings.h"
+
+#include <string>
+
+namespace zel {
+namespace {
+
+template <typename Write>
+std::string Quoted(Write write) {
+  cstring s;
+  write(s);
+  return test::Str(s);
+}
+
+TEST(Quote, CharactersEscapedForQuotedStrings) {
+  const struct {
+    char c;
+    const char *expected;
+  } cases[] = {{'a', "a"},        {' ', " "},       {'"', "\\\""},     {'\\', "\\\\"},
+               {'\x7F', "\x7F"},  {'\x80', "\x80"}, {'\n', "\\012"},   {'\t', "\\011"},
+               {'\r', "\\015"},   {'\0', "\\000"},  {'\x1F', "\\037"}, {'\x81', "\\601"},
+               {'\xE9', "\\751"}, {'\xFF', "\\777"}};
+  for (const auto &c : cases)
+    EXPECT_EQ(Quoted([&](cstring &s) { WriteQuotedChar(s, c.c); }), c.expected)
+        << static_cast<int>(c.c);
+}
+
+TEST(Quote, CharactersEscapedForXml) {
+  const struct {
+    char c;
+    const char *expected;
+  } cases[] = {{'a', "a"},        {' ', " "},        {'\t', "\\t"},  {'\n', "\\n"},
+               {'\r', "\\r"},     {'"', "&quot;"},   {'&', "&amp;"}, {'\'', "&apos;"},
+               {'<', "&lt;"},     {'>', "&gt;"},     {'\v', "\v"},   {'\x01', "\\001"},
+               {'\x7F', "\\177"}, {'\xE9', "\\751"}, {'\\', "\\"}};
+  for (const auto &c : cases)
+    EXPECT_EQ(Quoted([&](cstring &s) { WriteQuotedCharXML(s, c.c); }), c.expected)
+        << static_cast<int>(c.c);
+}
+
+TEST(Quote, PrintCharQuotesOneCharacter) {
+  EXPECT_EQ(Quoted([](cstring &s) { s << PrintChar(-1); }), "EOF");
+  EXPECT_EQ(Quoted([](cstring &s) { s << PrintChar('a'); }), "'a'");
+  EXPECT_EQ(Quoted([](cstring &s) { s << PrintChar('\''); }), "'\\''");
+  EXPECT_EQ(Quoted([](cstring &s) { s << PrintChar('\n'); }), "'\\012'");
+  EXPECT_EQ(Quoted([](cstring &s) { s << PrintChar(0xE9); }), "'\\751'");
+}
+
+TEST(Quote, LongFormClosesWithAMarkTheTextLacks) {
+  auto quoted = [](const char *text, bool long_form) {
+    return Quoted([&](cstring &s) { s << PrintQuotedString(strptr(text), long_form); });
+  };
+  EXPECT_EQ(quoted("a\"b", true), "\"[\r\na\"b\"]");
+  EXPECT_EQ(quoted("x\"]y\"", true), "\"[[\r\nx\"]y\"\"]]");
+  EXPECT_EQ(quoted("one\ntwo", true), "\"\r\none\ntwo\"");
+  // Without the long form, or without a reason for it, the short form.
+  EXPECT_EQ(quoted("a\"b", false), "\"a\\\"b\"");
+  EXPECT_EQ(quoted("one\ntwo", false), "\"one\\012two\"");
+  EXPECT_EQ(quoted("plain, [text]", true), "\"plain, [text]\"");
+  EXPECT_EQ(quoted("", true), "\"\"");
+  const strptr pointed("a\"b");
+  EXPECT_EQ(Quoted([&](cstring &s) { s << PrintQuotedString(&pointed, false); }), "\"a\\\"b\"");
+}
+
+TEST(Quote, ShortFormBreaksLongLines) {
+  auto quoted = [](const std::string &text) {
+    return Quoted([&](cstring &s) { s << PrintQuotedString(strptr(text), false); });
+  };
+  const std::string a(300, 'a');
+  // Any character past 160, a blank past 130, a comma past 100; then 100 more from the break.
+  EXPECT_EQ(quoted(a.substr(0, 250)), "\"" + a.substr(0, 162) + "\\\r\n" + a.substr(0, 88) + "\"");
+  EXPECT_EQ(quoted(a.substr(0, 131) + " " + a.substr(0, 20)),
+            "\"" + a.substr(0, 131) + " \\\r\n" + a.substr(0, 20) + "\"");
+  EXPECT_EQ(quoted(a.substr(0, 101) + "," + a.substr(0, 20)),
+            "\"" + a.substr(0, 101) + ",\\\r\n" + a.substr(0, 20) + "\"");
+  EXPECT_EQ(quoted(a.substr(0, 99) + "," + a.substr(0, 20)),
+            "\"" + a.substr(0, 99) + "," + a.substr(0, 20) + "\"");
+  // A line end in the text restarts the count.
+  EXPECT_EQ(quoted(a.substr(0, 50) + "\n" + a.substr(0, 170)),
+            "\"" + a.substr(0, 50) + "\\012" + a.substr(0, 161) + "\\\r\n" + a.substr(0, 9) + "\"");
+}
+
+}  // namespace
+}  // namespace zel
