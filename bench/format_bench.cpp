@@ -1,11 +1,15 @@
-// Formatting numbers: the manipulators beside snprintf and {fmt} on the same work.
+// Formatting numbers: the manipulators and the printf engines beside snprintf and {fmt} on the
+// same work.
 #include <zel/text/print.h>
+#include <zel/text/vaprintf.h>
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -73,5 +77,67 @@ void FmtPrintDouble(benchmark::State &state) {
   });
 }
 BENCHMARK(FmtPrintDouble)->Name("fmt:print double");
+
+// A mixed printf line: integers, hexadecimal, text and a double.
+constexpr char kMixed[] = "item %d at 0x%x: %s = %.2f (%u)";
+const char *const kNames[] = {"alpha", "beta", "gamma-ray", "delta"};
+
+template <typename Print>
+void PrintMixed(benchmark::State &state, Print print) {
+  int i = 0;
+  for (auto _ : state) {
+    ++i;
+    print(i, static_cast<unsigned>(i) * 2654435761u, kNames[i & 3], i * 0.37, 7u * i);
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void ZelPrintfInto(zel::cstring &out, const char *format, ...) {
+  va_list args;
+  va_start(args, format);
+  zel::VAPrintf(out, format, args);
+  va_end(args);
+}
+
+void ZelVAPrintf(benchmark::State &state) {
+  zel::cstring out;
+  PrintMixed(state, [&](int i, unsigned h, const char *name, double v, unsigned u) {
+    ZelPrintfInto(out, kMixed, i, h, name, v, u);
+    benchmark::DoNotOptimize(out);
+  });
+}
+BENCHMARK(ZelVAPrintf)->Name("zel:printf mixed");
+
+void ZelFormat(benchmark::State &state) {
+  zel::cstring out;
+  PrintMixed(state, [&](int i, unsigned h, const char *name, double v, unsigned u) {
+    out.Format(kMixed, i, h, name, v, u);
+    benchmark::DoNotOptimize(out);
+  });
+}
+BENCHMARK(ZelFormat)->Name("zel:Format mixed");
+
+void SnprintfMixed(benchmark::State &state) {
+  std::string out;
+  PrintMixed(state, [&](int i, unsigned h, const char *name, double v, unsigned u) {
+    char buffer[128];
+    int n = std::snprintf(buffer, sizeof buffer, kMixed, i, h, name, v, u);
+    out.assign(buffer, static_cast<size_t>(n));
+    benchmark::DoNotOptimize(out);
+  });
+}
+BENCHMARK(SnprintfMixed)->Name("snprintf:printf mixed");
+BENCHMARK(SnprintfMixed)->Name("snprintf:Format mixed");
+
+void FmtMixed(benchmark::State &state) {
+  std::string out;
+  PrintMixed(state, [&](int i, unsigned h, const char *name, double v, unsigned u) {
+    out.clear();
+    fmt::format_to(std::back_inserter(out), "item {} at 0x{:x}: {} = {:.2f} ({})", i, h, name, v,
+                   u);
+    benchmark::DoNotOptimize(out);
+  });
+}
+BENCHMARK(FmtMixed)->Name("fmt:printf mixed");
 
 }  // namespace

@@ -78,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   if (options & 0x20) p.decimal_separator = ',';
   if (options & 0x40) p.escape_char = '^';
 
-  for (int round = 0; round < 64 && !p.AtEnd(); ++round) {
+  for (int round = 0; round < 8 && !p.AtEnd(); ++round) {
     for (size_t i = 0; i < op_count; ++i) {
       try {
         Apply(p, ops[i]);

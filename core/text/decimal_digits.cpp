@@ -30,19 +30,6 @@ bool ExactTie(double magnitude, int decimals) {
   return exponent + std::countr_zero(mantissa) == -(decimals + 1);
 }
 
-// The decimal exponent of a nonzero finite value's first significant digit, from its shortest
-// representation (exact for every value where it matters: the exponent of a value that rounds
-// to nothing only decides whether a point is printed at 0 decimals, below or above 0.1).
-int FirstDigitExponent(double magnitude) {
-  char text[32];
-  char *end = std::to_chars(text, text + sizeof text, magnitude, std::chars_format::scientific).ptr;
-  const char *e = std::find(text, end, 'e') + 1;
-  if (*e == '+') ++e;
-  int exponent = 0;
-  std::from_chars(e, end, exponent);
-  return exponent;
-}
-
 }  // namespace
 
 DecimalDigits::DecimalDigits(double value, int decimals)
@@ -80,13 +67,9 @@ DecimalDigits::DecimalDigits(double value, int decimals)
       ++start;
       --point_;
     }
-    if (start == end) {
-      if (magnitude == 0) {
-        start = end - decimals_;
-        point_ = 0;
-      } else {
-        point_ = FirstDigitExponent(magnitude) + 1;
-      }
+    if (start == end) {  // zero, or a value that rounds to nothing: printed as zero
+      start = end - decimals_;
+      point_ = 0;
     }
   }
   digits_ = start;

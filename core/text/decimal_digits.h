@@ -18,8 +18,8 @@ inline constexpr int kMaxPrintedNumber = 2 * kMaxDecimalDigits;
 //
 // A nonzero value has no leading zeros in its digits; point() is the number of digits before the
 // decimal point, 0 or negative when the value is below 1 (0.05 to 3 decimals is "50" with point
-// -1). A nonzero value that rounds to nothing has no digits and the point where its first digit
-// stands (0.03 to 0 decimals: point -1). Zero has `decimals` zeros and point 0. Infinities give
+// -1). Zero, and a value that rounds to zero (0.03 to 0 decimals), has `decimals` zeros and
+// point 0. Infinities give
 // the letters "inf" and NaN "nan", with point 3. negative() is the sign bit, so -0.0 is negative.
 class DecimalDigits {
  public:

@@ -41,8 +41,6 @@ cstring &operator<<(cstring &out, const PrintDouble &p) {
   if (d.negative()) *w++ = '-';
   if (point < 1) {
     *w++ = '0';
-    // A value below 0.1 that rounds to nothing at 0 decimals keeps a lone point ("0."), where
-    // the digits place it, as the runtime's printer does (intended).
     if (point != 0 || n != 0) *w++ = '.';
     w = Zeros(w, std::min(d.decimals(), -point));
     w = Copy(w, d.digits(), n);

@@ -50,12 +50,12 @@ TEST(PrintDouble, RoundsTheExactValueAndTiesAwayFromZero) {
                {0.0, 2, false, "0.00"},
                {0.0, 2, true, "0"},
                {-0.0, 0, true, "-0"},
-               // Values that round to nothing keep the zeros of their position.
-               {0.001, 2, true, "0.00"},
+               // Values that round to nothing print as zero.
+               {0.001, 2, true, "0"},
                {-0.001, 2, false, "-0.00"},
-               {1e-300, 3, true, "0.000"},
+               {1e-300, 3, true, "0"},
                {0.3, 0, true, "0"},
-               {0.03, 0, true, "0."},
+               {0.03, 0, true, "0"},
                {0.005, 2, true, "0.01"},
                {2.4, -3, false, "2"},  // a negative count means no decimals
                {std::nan(""), 2, true, "NaN"},
@@ -79,8 +79,7 @@ TEST(PrintDouble, CommasPercentagesAndSizes) {
   EXPECT_EQ(Printed(PrintDoubleWithCommas(0.5, 2)), "0.5");
   EXPECT_EQ(Printed(PrintDoubleWithCommas(-1234.5, 0)), "-1,235");
   EXPECT_EQ(Printed(PrintDoubleWithCommas(12.0, 1)), "12");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(0.001, 2)), "0.00");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(0.03, 0)), "0");  // no lone point, unlike PrintDouble
+  EXPECT_EQ(Printed(PrintDoubleWithCommas(0.001, 2)), "0");
   EXPECT_EQ(Printed(PrintDoubleWithCommas(std::nan(""), 2)), "NaN");
 
   EXPECT_EQ(Printed(PrintPercent(0.1234, 1)), "12.3%");
@@ -153,19 +152,7 @@ TEST(PrintDllName, FileNameOfTheExecutableAndTheLibrary) {
 #endif
 }
 
-// AddressSanitizer refuses the RTLD_DEEPBIND that LoadLibrary uses on Linux.
-#if defined(__SANITIZE_ADDRESS__)
-#define ZEL_TEST_NO_LOAD_LIBRARY
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZEL_TEST_NO_LOAD_LIBRARY
-#endif
-#endif
-
 TEST(PrintDllName, FileNameOfALoadedLibrary) {
-#if defined(ZEL_TEST_NO_LOAD_LIBRARY)
-  GTEST_SKIP() << "libraries cannot be loaded under AddressSanitizer";
-#endif
 #if defined(_WIN32)
   const char *loadable = "kernel32.dll";
 #else
