@@ -100,6 +100,11 @@ NanoTime NanoTime::Current() {
                                        c->offset_units));
 }
 
+double GetAbsTimer() {
+  return static_cast<double>(os::PerfCounter()) *
+         g_current.load(std::memory_order_relaxed)->seconds_per_tick;
+}
+
 double NanoTime::CurrentSecs() {
   const Calibration *c = g_current.load(std::memory_order_acquire);
   return static_cast<double>(os::PerfCounter()) * c->seconds_per_tick + c->offset_seconds;

@@ -54,6 +54,10 @@ TEST(NanoTime, CurrentFollowsTheSystemClockAndIsCounted) {
   ASSERT_TRUE(ReadCounter("NanoTime::Current calls", after));
   EXPECT_GE(after - before, 2);
   EXPECT_LE(now, later);
+  const double abs = GetAbsTimer();
+  EXPECT_LE(abs, GetAbsTimer());
+  EXPECT_NEAR(
+      abs, static_cast<double>(os::PerfCounter()) / static_cast<double>(os::PerfFrequency()), 0.5);
   EXPECT_NEAR(static_cast<double>(now.value), static_cast<double>(os::SystemTime100ns()), 1e7);
   EXPECT_NEAR(NanoTime::CurrentSecs(),
               static_cast<double>(later.value - NanoTime::kUnixEpoch) * 1e-7, 1.0);

@@ -92,6 +92,9 @@ struct NanoTime {
   }
 };
 
+// The Scheduler's time base: monotonic seconds, the performance counter over its frequency.
+ZEL_API double GetAbsTimer();
+
 // 0 prints "0 (zero nsecs)"; any other time its local time as "2007/03/5 14:02:09.120": the day
 // of the month is not padded (intended).
 ZEL_API cstring &operator<<(cstring &out, NanoTime t);
