@@ -5,6 +5,7 @@
 
 #include "mem/arena.h"
 #include "mem/snapshot.h"
+#include "time/clock.h"
 
 #include <atomic>
 
@@ -53,6 +54,9 @@ void EnableMemCounters() {
   AddIntCounter("Frees", ReadCount<&AllocatorCounts::frees>, nullptr);
   AddIntCounter("Heap Allocs", ReadCount<&AllocatorCounts::heap_allocs>, nullptr);
   AddIntCounter("Allocator Collisions", ReadCount<&AllocatorCounts::collisions>, nullptr);
+  AddIntCounter(
+      "NanoTime::Current calls", [](const void *) -> int64_t { return NanoTimeCurrentCalls(); },
+      nullptr);
 }
 
 }  // namespace zel

@@ -16,6 +16,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 
 namespace zel {
 class cstring;
@@ -95,6 +96,16 @@ ZEL_API int64_t PerfCounter();
 ZEL_API int64_t PerfFrequency();
 // The system clock in 100-ns units since 1601-01-01 00:00 UTC (the FILETIME scale).
 ZEL_API int64_t SystemTime100ns();
+
+// ---------------------------------------------------------------------------------------------
+// Calendar: the C runtime's broken-down times, in their thread-safe forms.
+
+// `t` (seconds since 1970) broken down in local time / in UTC; false when the runtime cannot.
+ZEL_API bool LocalTime(int64_t t, std::tm &out);
+ZEL_API bool UtcTime(int64_t t, std::tm &out);
+// Sets the process's time zone (the TZ variable, "UTC0" or "CET-1CEST,M3.5.0,M10.5.0/3") and makes
+// the runtime read it again.
+ZEL_API void SetTimeZone(const char *tz);
 
 // ---------------------------------------------------------------------------------------------
 // Thread-local slots (TlsAlloc and friends). A slot holds one pointer per thread, null at first.

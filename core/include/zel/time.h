@@ -1,4 +1,6 @@
 // Time values, time text, time intervals.
 #pragma once
 
-#include <zel/config.h>
+#include <zel/time/calendar.h>
+#include <zel/time/nano_time.h>
+#include <zel/time/unix_time.h>

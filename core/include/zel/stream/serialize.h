@@ -3,6 +3,8 @@
 
 #include <zel/stream/byte_stream.h>
 #include <zel/text/cstring.h>
+#include <zel/time/nano_time.h>
+#include <zel/time/unix_time.h>
 
 namespace zel {
 
@@ -13,5 +15,12 @@ ZEL_API VirtByteDest &operator<<(VirtByteDest &dest, const cstring &s);
 // allocating the claimed length). Throws ErrorX "Invalid string length" for a negative length and
 // "NULL in string" when a chunk holds a zero byte (the string keeps what was read before).
 ZEL_API VirtByteSource &operator>>(VirtByteSource &source, cstring &s);
+
+// Times: the 8-byte NanoTime and the 4-byte UnixTime values. Reading a negative one throws ErrorX
+// "NanoTime:input negative seconds" / "UnixTime:input negative seconds" (the bytes stay consumed).
+ZEL_API VirtByteDest &operator<<(VirtByteDest &dest, NanoTime t);
+ZEL_API VirtByteSource &operator>>(VirtByteSource &source, NanoTime &t);
+ZEL_API VirtByteDest &operator<<(VirtByteDest &dest, UnixTime t);
+ZEL_API VirtByteSource &operator>>(VirtByteSource &source, UnixTime &t);
 
 }  // namespace zel

@@ -1,0 +1,91 @@
+// Times and durations as text.
+#include <zel/time/nano_time.h>
+#include <zel/time/unix_time.h>
+
+#include "os/os.h"
+#include "time/local_time.h"
+
+namespace zel {
+
+namespace {
+
+// `value` with at least `digits` digits, zeros in front.
+cstring &Padded(cstring &out, int value, int digits) {
+  char buffer[12];
+  int n = 0;
+  unsigned v = static_cast<unsigned>(value);
+  do {
+    buffer[11 - n++] = static_cast<char>('0' + v % 10);
+    v /= 10;
+  } while (v != 0 || n < digits);
+  return out.AddNonOverlapping(buffer + 12 - n, n);
+}
+
+cstring &Strftime(cstring &out, const char *format, const std::tm &fields, int room) {
+  char *at = out.AddN(room);
+  const auto n = static_cast<int>(std::strftime(at, static_cast<size_t>(room), format, &fields));
+  out.LimitLength(out.length() - room + n);
+  return out;
+}
+
+}  // namespace
+
+cstring &operator<<(cstring &out, NanoTime t) {
+  if (t.value == 0) return out << "0 (zero nsecs)";
+  const double seconds = static_cast<double>(t.value - NanoTime::kUnixEpoch) * 1e-7;
+  const auto whole = static_cast<int64_t>(seconds);
+  const auto ms = static_cast<int>((seconds - static_cast<double>(whole)) * 1000);
+  std::tm f;
+  BreakDown(UnixTime(static_cast<int32_t>(whole)), f);
+  out << f.tm_year + 1900 << '/';
+  Padded(out, f.tm_mon + 1, 2) << '/' << f.tm_mday << ' ';  // the day unpadded: intended
+  Padded(out, f.tm_hour, 2) << ':';
+  Padded(out, f.tm_min, 2) << ':';
+  Padded(out, f.tm_sec, 2) << '.';
+  return Padded(out, ms, 3);
+}
+
+cstring &operator<<(cstring &out, NanoDiff d) {
+  constexpr int64_t kHour = 36000000000;
+  if (d.value <= kHour) return out << static_cast<double>(d.value) * 1e-7;
+  const int64_t seconds = d.value / 10000000;
+  Padded(out, static_cast<int>(seconds / 3600), 2) << ':';
+  Padded(out, static_cast<int>(seconds / 60 % 60), 2) << ':';
+  // Whole seconds were taken above, so the fraction is always zero (intended).
+  return Padded(out, static_cast<int>(seconds % 60), 2) << ".000";
+}
+
+cstring &operator<<(cstring &out, UnixTime t) {
+  if (t.value() == 0) return out << "Invalid Time";
+  std::tm fields;
+  BreakDown(t, fields);
+  return Strftime(out, "%Y/%m/%d %H:%M:%S", fields, 128);
+}
+
+cstring &operator<<(cstring &out, UnixDiff d) {
+  if (d.value > -60 && d.value < 60) return out << d.value << " seconds";  // "1 seconds": intended
+  if (d.value < 0) out << '-';
+  const int64_t magnitude = d.value < 0 ? -int64_t{d.value} : d.value;
+  std::tm f;
+  os::UtcTime(magnitude, f);
+  const struct {
+    int count;
+    const char *unit;
+  } parts[] = {{f.tm_year - 70, " Year"}, {f.tm_mon, " Month"}, {f.tm_mday - 1, " Day"}};
+  bool any = false;
+  for (const auto &part : parts) {
+    if (part.count == 0) continue;
+    if (any) out << ", ";
+    out << part.count << part.unit;
+    if (part.count != 1) out << 's';
+    any = true;
+  }
+  if (any) out << ", ";
+  return Strftime(out, f.tm_hour != 0 ? "%H:%M:%S" : "%M:%S", f, 32);
+}
+
+cstring &operator<<(cstring &out, const PrintTime &p) {
+  return Strftime(out, p.format, p.fields, 512);
+}
+
+}  // namespace zel
