@@ -14,11 +14,11 @@ namespace {
 
 using zel::cstring;
 
-void Print(cstring &out, const zel::strptr &format, ...) {
+void Print(cstring &out, const char *format, int length, ...) {
   va_list args;
-  va_start(args, format);
+  va_start(args, length);
   try {
-    zel::VAPrintf(out, format, args);
+    zel::VAPrintf(out, zel::strptr(format, length), args);
   } catch (const zel::ParserErrorX &) {
     // A format that ends inside a conversion.
   }
@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const int begin = i;
     while (i < length && text[i] != '%') ++i;
     if (i == length) {
-      Print(out, zel::strptr(text + begin, i - begin));
+      Print(out, text + begin, i - begin);
       break;
     }
     ++i;  // past "%"
@@ -54,7 +54,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (digits > 3) return 0;  // keep fields small: a width of millions only tests the allocator
     const char letter = i < length ? text[i] : 0;
     i = i < length ? i + 1 : i;
-    const zel::strptr piece(text + begin, i - begin);
+    const char *piece = text + begin;
+    const int piece_length = i - begin;
     const double fraction = static_cast<double>(size) / 7.0 - 13.25;
     switch (letter) {
       case 'd':
@@ -63,15 +64,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
       case 'x':
       case 'X':
       case 'o':
-      case 'c': Print(out, piece, static_cast<int>(size * 2654435761u)); break;
+      case 'c': Print(out, piece, piece_length, static_cast<int>(size * 2654435761u)); break;
       case 'e':
       case 'E':
       case 'f':
       case 'g':
-      case 'G': Print(out, piece, fraction * (size % 2 ? 1e12 : 1e-9)); break;
-      case 's': Print(out, piece, size % 3 ? "fuzzed text" : nullptr); break;
-      case 'p': Print(out, piece, static_cast<const void *>(text)); break;
-      default: Print(out, piece); break;
+      case 'G': Print(out, piece, piece_length, fraction * (size % 2 ? 1e12 : 1e-9)); break;
+      case 's': Print(out, piece, piece_length, size % 3 ? "fuzzed text" : nullptr); break;
+      case 'p': Print(out, piece, piece_length, static_cast<const void *>(text)); break;
+      default: Print(out, piece, piece_length); break;
     }
     if (letter != 0 && letter != '%' && out.length() < width) std::abort();
   }

@@ -1,4 +1,5 @@
 // Times and durations as text.
+#include <zel/text/print.h>
 #include <zel/time/nano_time.h>
 #include <zel/time/unix_time.h>
 
@@ -8,18 +9,6 @@
 namespace zel {
 
 namespace {
-
-// `value` with at least `digits` digits, zeros in front.
-cstring &Padded(cstring &out, int value, int digits) {
-  char buffer[12];
-  int n = 0;
-  unsigned v = static_cast<unsigned>(value);
-  do {
-    buffer[11 - n++] = static_cast<char>('0' + v % 10);
-    v /= 10;
-  } while (v != 0 || n < digits);
-  return out.AddNonOverlapping(buffer + 12 - n, n);
-}
 
 cstring &Strftime(cstring &out, const char *format, const std::tm &fields, int room) {
   char *at = out.AddN(room);
@@ -37,22 +26,20 @@ cstring &operator<<(cstring &out, NanoTime t) {
   const auto ms = static_cast<int>((seconds - static_cast<double>(whole)) * 1000);
   std::tm f;
   BreakDown(UnixTime(static_cast<int32_t>(whole)), f);
-  out << f.tm_year + 1900 << '/';
-  Padded(out, f.tm_mon + 1, 2) << '/' << f.tm_mday << ' ';  // the day unpadded: intended
-  Padded(out, f.tm_hour, 2) << ':';
-  Padded(out, f.tm_min, 2) << ':';
-  Padded(out, f.tm_sec, 2) << '.';
-  return Padded(out, ms, 3);
+  out << f.tm_year + 1900 << '/' << PrintInt(f.tm_mon + 1, 2) << '/';
+  out << f.tm_mday << ' ';  // the day unpadded: intended
+  out << PrintInt(f.tm_hour, 2) << ':' << PrintInt(f.tm_min, 2) << ':' << PrintInt(f.tm_sec, 2);
+  return out << '.' << PrintInt(ms, 3);
 }
 
 cstring &operator<<(cstring &out, NanoDiff d) {
   constexpr int64_t kHour = 36000000000;
   if (d.value <= kHour) return out << static_cast<double>(d.value) * 1e-7;
   const int64_t seconds = d.value / 10000000;
-  Padded(out, static_cast<int>(seconds / 3600), 2) << ':';
-  Padded(out, static_cast<int>(seconds / 60 % 60), 2) << ':';
+  out << PrintInt(static_cast<int>(seconds / 3600), 2) << ':'
+      << PrintInt(static_cast<int>(seconds / 60 % 60), 2) << ':';
   // Whole seconds were taken above, so the fraction is always zero (intended).
-  return Padded(out, static_cast<int>(seconds % 60), 2) << ".000";
+  return out << PrintInt(static_cast<int>(seconds % 60), 2) << ".000";
 }
 
 cstring &operator<<(cstring &out, UnixTime t) {

@@ -9,16 +9,17 @@ namespace zel::os {
 
 namespace {
 
-// A library binds its own symbols first, as on Windows. AddressSanitizer refuses that: it must
-// intercept every library's calls into the C runtime, so under it libraries bind as usual.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr int kOwnSymbolsFirst = 0;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr int kOwnSymbolsFirst = 0;
-#else
-constexpr int kOwnSymbolsFirst = RTLD_DEEPBIND;
+// A library binds its own symbols first, as on Windows. The sanitizers refuse that: they must
+// intercept every library's calls into the C runtime, so under them libraries bind as usual.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define ZEL_SANITIZED
 #endif
+#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define ZEL_SANITIZED
+#endif
+#if defined(ZEL_SANITIZED)
+constexpr int kOwnSymbolsFirst = 0;
 #else
 constexpr int kOwnSymbolsFirst = RTLD_DEEPBIND;
 #endif
