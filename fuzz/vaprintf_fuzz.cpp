@@ -46,7 +46,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     ++i;  // past "%"
     while (i < length && IsFlag(text[i])) ++i;
     int width = 0, digits = 0;
-    for (; i < length && IsDigit(text[i]); ++i, ++digits) width = width * 10 + (text[i] - '0');
+    for (; i < length && IsDigit(text[i]); ++i, ++digits)
+      if (digits < 4) width = width * 10 + (text[i] - '0');
     if (i < length && text[i] == '.') {
       ++i;
       for (; i < length && IsDigit(text[i]); ++i) ++digits;

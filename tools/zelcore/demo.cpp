@@ -8,7 +8,6 @@
 
 #include <atomic>
 #include <cstdio>
-#include <ctime>
 
 namespace zelcore {
 
@@ -46,12 +45,13 @@ unsigned ZEL_CALLBACK Worker(void *) {
 }
 
 void ShowClock() {
-  int64_t since_1601 = zel::os::SystemTime100ns();
-  std::time_t unix_seconds = static_cast<std::time_t>(since_1601 / 10000000 - 11644473600);
-  char text[64];
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", std::gmtime(&unix_seconds));
-  std::printf("clock: system time %s; performance counter at %lld ticks per second\n", text,
-              static_cast<long long>(zel::os::PerfFrequency()));
+  const zel::NanoTime now = zel::NanoTime::Current();
+  const zel::UnixDiff today(now.ToUnixTime().value() - zel::UnixTime::Current().GetDate().value());
+  zel::cstring line;
+  line << "clock: " << now << " local time, from the performance counter ("
+       << zel::PrintDoubleWithCommas(static_cast<double>(zel::os::PerfFrequency()), 0)
+       << " ticks per second); " << today << " since midnight";
+  std::printf("%s\n", line.text());
 }
 
 void ShowThreads() {
@@ -81,6 +81,20 @@ void ShowText() {
   line << '"' << cats << "\" with cat replaced, case kept: \""
        << cats.Replaced("cat", "dog", false, true) << '"';
   std::printf("%s\n", line.text());
+  line.Flush();
+  line << "  " << zel::PrintSizeBytes(1536) << ", " << zel::PrintPercent(0.1234, 1) << ", "
+       << zel::PrintDouble(2.5, 3, false)
+       << ", quoted: " << zel::PrintQuotedString("tab\there", false);
+  std::printf("%s\n", line.text());
+  zel::StringIter numbers("  42, -7 and 1e3");
+  int a = 0, b = 0;
+  double c = 0;
+  numbers.MaybeParseInteger(a);
+  numbers.GetToken(zel::CharSet::Literal(","), true);
+  numbers.MaybeParseInteger(b);
+  numbers.GetWord();
+  numbers.MaybeParseDouble(c);
+  std::printf("  read back from \"%s\": %d, %d and %g\n", numbers.text(), a, b, c);
 }
 
 void ShowErrorsAndLog() {
