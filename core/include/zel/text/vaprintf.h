@@ -57,7 +57,8 @@ struct ZEL_API FmtFlags {
 // front when right-aligned and after the field when left-aligned, with blanks or, with the '0'
 // flag, zeros — in both alignments and in front of a sign or "0x" ("%05d" of -3 is "000-3", "%-05d"
 // of 42 is "42000"): both intended. A format that ends inside a conversion throws ParserErrorX
-// "Unexpected end of text", leaving what was written so far in `out`.
+// "Unexpected end of text", leaving what was written so far in `out`. `format` must not lie inside
+// `out`, which is emptied first.
 ZEL_API cstring &VAPrintf(cstring &out, const strptr &format, va_list &args);
 
 }  // namespace zel

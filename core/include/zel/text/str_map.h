@@ -1,0 +1,83 @@
+// StrMapBase, the chained hash table keyed by text under the library's string tables.
+#pragma once
+
+#include <zel/mem/mem_usage.h>
+#include <zel/mem/tary.h>
+#include <zel/text/cstring.h>
+#include <zel/text/shstring.h>
+
+namespace zel {
+
+// An entry of a StrMapBase: its key and the link to the next entry of its chain. Derived tables
+// derive their entries from it and add their values.
+struct StrEntryBase {
+  shstring key;
+  StrEntryBase *next = nullptr;
+};
+
+// A chained hash table of entries derived from StrEntryBase. It starts with 7 buckets (the first
+// size of the FindHashPrime sequence) and changes its bucket count only through Realloc. The
+// derived table chooses the hash (BucketOf), makes the entries and destroys them (DestroyEntry);
+// its destructor must call Flush, since the base cannot reach DestroyEntry from its own. Not
+// locked.
+class ZEL_API StrMapBase {
+ public:
+  StrMapBase();
+  virtual ~StrMapBase();
+  StrMapBase(const StrMapBase &) = delete;
+  StrMapBase &operator=(const StrMapBase &) = delete;
+
+  int Count() const { return count_; }
+  int BucketCount() const { return bucket_count_; }
+
+  // Rehashes into `bucket_count` buckets (at least 1); nothing when that is the current count.
+  // The bucket array only grows, to exactly the size asked.
+  void Realloc(int bucket_count);
+
+  // Appends every key, in bucket order and chain order within a bucket: copied, or shared.
+  void GetKeys(TAry<cstring> &keys) const;
+  void GetKeys(TAry<shstring> &keys) const;
+
+  // Removes the first entry whose key equals `key` (letters folded, ASCII only, when not
+  // `case_sensitive`; such a search walks every chain, as the hash may tell case apart). True when
+  // one was removed.
+  bool Remove(const strptr &key, bool case_sensitive = true);
+  // Removes every entry; the buckets stay.
+  void Flush();
+
+  // Adds the bucket array.
+  void AddMemUsage(MemUsageInfo &usage) const;
+
+ protected:
+  // The bucket, from 0 to `bucket_count` - 1, of an entry with this key.
+  virtual int BucketOf(const strptr &key, int bucket_count) const = 0;
+  // Disposes of an entry that the table has let go.
+  virtual void DestroyEntry(StrEntryBase *entry) = 0;
+
+  // Takes every entry out of the buckets and returns them chained into one list: each bucket's
+  // chain, from the first bucket to the last, is put in front of the list built so far. The
+  // buckets are left empty but the entries stay counted: the caller puts every one back, as
+  // Realloc does.
+  StrEntryBase *CollectBuckets();
+
+  // The first entry whose key equals `key` (case-sensitive) in the key's chain, or null.
+  StrEntryBase *Find(const strptr &key) const;
+  // Adds a new entry at the head of its chain.
+  void Insert(StrEntryBase *entry);
+  // Rehashes to the next prime above the entry count once there are more than 3 entries per
+  // bucket.
+  void GrowWhenCrowded();
+
+ private:
+  // Puts an entry at the head of its chain.
+  void PushOnChain(StrEntryBase *entry);
+  // Unlinks the entry at `*link` and destroys it.
+  void Unlink(StrEntryBase **link);
+
+  StrEntryBase **buckets_ = nullptr;
+  int bucket_count_ = 0;
+  int bucket_slots_ = 0;  // allocated
+  int count_ = 0;
+};
+
+}  // namespace zel
