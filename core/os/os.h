@@ -81,6 +81,12 @@ inline int32_t AtomicCompareExchange(int32_t &v, int32_t value, int32_t expected
 
 // The calling thread's system id (GetCurrentThreadId; the kernel's thread id, gettid, on Linux).
 ZEL_API uint32_t CurrentThreadId();
+// Tells the processor that the thread is spinning on a value (PAUSE on x86).
+inline void CpuPause() {
+#if defined(__i386__) || defined(__x86_64__)
+  __builtin_ia32_pause();
+#endif
+}
 // Gives up the rest of the time slice (Sleep(0)).
 ZEL_API void Yield();
 // Sleeps `ms` milliseconds without running APCs.

@@ -3,6 +3,21 @@
 
 namespace zel {
 
+namespace {
+
+// About a microsecond of waiting for the holder to leave.
+constexpr int kSpins = 100;
+
+}  // namespace
+
+void LightLock::EnterContended() {
+  for (int i = 0; i < kSpins; ++i) {
+    os::CpuPause();
+    if (std::atomic_ref<int32_t>(count_).load(std::memory_order_relaxed) == 0 && TryEnter()) return;
+  }
+  if (os::AtomicIncrement(count_) != 1) Wait();
+}
+
 void LightLock::Wait() {
   if (semaphore_ != nullptr) {
     os::WaitOne(semaphore_, os::kInfinite, false);
