@@ -61,7 +61,8 @@ void StrMapBase::GetKeys(TAry<shstring> &keys) const {
 }
 
 bool StrMapBase::Remove(const strptr &key, bool case_sensitive) {
-  const int first = case_sensitive ? BucketOf(key, bucket_count_) : 0;
+  const int first =
+      case_sensitive ? static_cast<int>(HashOf(key) % static_cast<uint32_t>(bucket_count_)) : 0;
   const int last = case_sensitive ? first : bucket_count_ - 1;
   for (int i = first; i <= last; ++i) {
     for (StrEntryBase **link = &buckets_[i]; *link != nullptr; link = &(*link)->next) {
@@ -84,12 +85,14 @@ void StrMapBase::AddMemUsage(MemUsageInfo &usage) const {
 }
 
 StrEntryBase *StrMapBase::Find(const strptr &key) const {
-  for (StrEntryBase *e = buckets_[BucketOf(key, bucket_count_)]; e != nullptr; e = e->next)
-    if (e->key.Equal(key)) return e;
+  const uint32_t hash = HashOf(key);
+  for (StrEntryBase *e = ChainOf(hash); e != nullptr; e = e->next)
+    if (e->hash == hash && e->key.Equal(key)) return e;
   return nullptr;
 }
 
 void StrMapBase::Insert(StrEntryBase *entry) {
+  entry->hash = HashOf(entry->key);
   PushOnChain(entry);
   ++count_;
 }
@@ -99,7 +102,7 @@ void StrMapBase::GrowWhenCrowded() {
 }
 
 void StrMapBase::PushOnChain(StrEntryBase *entry) {
-  StrEntryBase *&head = buckets_[BucketOf(entry->key, bucket_count_)];
+  StrEntryBase *&head = ChainOf(entry->hash);
   entry->next = head;
   head = entry;
 }

@@ -35,9 +35,7 @@ class InternMap final : public StrMapBase {
   }
 
  private:
-  int BucketOf(const strptr &key, int bucket_count) const override {
-    return static_cast<int>(StringTableMT::Hash(key) % static_cast<uint32_t>(bucket_count));
-  }
+  uint32_t HashOf(const strptr &key) const override { return StringTableMT::Hash(key); }
   // The node itself goes with the node pool.
   void DestroyEntry(StrEntryBase *entry) override { entry->~StrEntryBase(); }
 

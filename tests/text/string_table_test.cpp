@@ -35,8 +35,8 @@ class FirstCharMap : public StrMapBase {
   int destroyed = 0;
 
  private:
-  int BucketOf(const strptr &key, int bucket_count) const override {
-    return key.empty() ? 0 : static_cast<unsigned char>(key[0]) % bucket_count;
+  uint32_t HashOf(const strptr &key) const override {
+    return key.empty() ? 0 : static_cast<unsigned char>(key[0]);
   }
   void DestroyEntry(StrEntryBase *entry) override {
     ++destroyed;

@@ -6,18 +6,22 @@
 #include <zel/text/cstring.h>
 #include <zel/text/shstring.h>
 
+#include <cstdint>
+
 namespace zel {
 
-// An entry of a StrMapBase: its key and the link to the next entry of its chain. Derived tables
-// derive their entries from it and add their values.
+// An entry of a StrMapBase: its key, the key's hash (set by the table) and the link to the next
+// entry of its chain. Derived tables derive their entries from it and add their values.
 struct StrEntryBase {
   shstring key;
   StrEntryBase *next = nullptr;
+  uint32_t hash = 0;
 };
 
 // A chained hash table of entries derived from StrEntryBase. It starts with 7 buckets (the first
 // size of the FindHashPrime sequence) and changes its bucket count only through Realloc. The
-// derived table chooses the hash (BucketOf), makes the entries and destroys them (DestroyEntry);
+// derived table chooses the hash (HashOf; a key's bucket is its hash modulo the bucket count),
+// makes the entries and destroys them (DestroyEntry);
 // its destructor must call Flush, since the base cannot reach DestroyEntry from its own. Not
 // locked.
 class ZEL_API StrMapBase {
@@ -49,8 +53,9 @@ class ZEL_API StrMapBase {
   void AddMemUsage(MemUsageInfo &usage) const;
 
  protected:
-  // The bucket, from 0 to `bucket_count` - 1, of an entry with this key.
-  virtual int BucketOf(const strptr &key, int bucket_count) const = 0;
+  // The hash of a key. Each entry keeps its key's, so that lookups compare texts only when the
+  // hashes are equal and rehashing reads no text.
+  virtual uint32_t HashOf(const strptr &key) const = 0;
   // Disposes of an entry that the table has let go.
   virtual void DestroyEntry(StrEntryBase *entry) = 0;
 
@@ -62,13 +67,17 @@ class ZEL_API StrMapBase {
 
   // The first entry whose key equals `key` (case-sensitive) in the key's chain, or null.
   StrEntryBase *Find(const strptr &key) const;
-  // Adds a new entry at the head of its chain.
+  // Adds a new entry at the head of its chain, storing its key's hash.
   void Insert(StrEntryBase *entry);
   // Rehashes to the next prime above the entry count once there are more than 3 entries per
   // bucket.
   void GrowWhenCrowded();
 
  private:
+  // The chain of a hash.
+  StrEntryBase *&ChainOf(uint32_t hash) const {
+    return buckets_[hash % static_cast<uint32_t>(bucket_count_)];
+  }
   // Puts an entry at the head of its chain.
   void PushOnChain(StrEntryBase *entry);
   // Unlinks the entry at `*link` and destroys it.
