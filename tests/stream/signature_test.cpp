@@ -36,8 +36,7 @@ TEST(Signature, TextSignaturesAreRawBytesComparedAsCStrings) {
 }
 
 TEST(Signature, LongTextSignaturesAreCheckedIn128BytePieces) {
-  std::string expected(200, 'a');
-  for (int i = 128; i < 200; ++i) expected[i] = 'b';
+  const std::string expected = std::string(128, 'a') + std::string(72, 'b');
   MemoryIO io(expected);
   ReadSignature(io, strptr(expected));
   EXPECT_EQ(io.reads, (std::vector<int>{128, 72}));
@@ -47,11 +46,6 @@ TEST(Signature, LongTextSignaturesAreCheckedIn128BytePieces) {
   EXPECT_EQ(SignatureFailure(found, strptr(expected)),
             "Invalid signature read from file: expected " + expected.substr(128) + ", found '" +
                 found.substr(128) + "'");
-  found = expected;
-  found[0] = 'c';
-  EXPECT_EQ(SignatureFailure(found, strptr(expected)),
-            "Invalid signature read from file: expected " + expected.substr(0, 128) + ", found '" +
-                found.substr(0, 128) + "'");
 }
 
 TEST(Signature, IntegerSignaturesAreFourBytesAndUnquotedInMessages) {
