@@ -13,8 +13,8 @@ class bitptr {
 
   constexpr int Count() const { return count_; }
   constexpr const uint32_t *Words() const { return words_; }
-  // Number of 32-bit words that hold the bits.
-  constexpr int WordCount() const { return (count_ + 31) / 32; }
+  // Number of 32-bit words that hold the bits (a partly used last word included).
+  constexpr int WordCount() const { return (count_ >> 5) + ((count_ & 31) != 0 ? 1 : 0); }
   // Bit i (0 <= i < Count()).
   constexpr bool Test(int i) const { return ((words_[i >> 5] >> (i & 31)) & 1) != 0; }
 

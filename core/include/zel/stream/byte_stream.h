@@ -1,5 +1,6 @@
-// The byte-stream interfaces: VirtByteSource (something to read from) and VirtByteDest (something
-// to write to), and MemoryByteSource, a source over a block of memory.
+// The byte-stream interfaces: VirtByteSource (something to read from), VirtByteDest (something to
+// write to) and VirtByteIO (one or the other by a direction flag), and MemoryByteSource, a source
+// over a block of memory.
 #pragma once
 
 #include <zel/config.h>
@@ -25,6 +26,19 @@ class ZEL_API VirtByteDest {
   virtual int Write(const void *buffer, int n) = 0;
   // Writes exactly `n` bytes or throws ErrorX "Write failed".
   virtual void WriteX(const void *buffer, int n);
+};
+
+// Both a source and a destination, used in one direction at a time: routines that take a
+// VirtByteIO write when WritingQ() and otherwise read the same layout.
+class ZEL_API VirtByteIO : public VirtByteSource, public VirtByteDest {
+ public:
+  explicit VirtByteIO(bool writing) : writing_(writing) {}
+
+  bool WritingQ() const { return writing_; }
+  void SetWriting(bool writing) { writing_ = writing; }
+
+ private:
+  bool writing_;
 };
 
 // A source over `count` bytes of memory it does not own.
