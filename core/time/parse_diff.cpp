@@ -1,6 +1,8 @@
 // Reading durations through a format: ParseNanoDiff and ParseUnixDiff.
 #include <zel/time/time_text.h>
 
+#include <cstdint>
+
 #include "time/time_format.h"
 
 namespace zel {
@@ -32,7 +34,8 @@ bool ReadConversion(QuietInput &in, char letter, int width, DiffFields &d) {
     case 'P': {
       bool pm = false;
       if (!in.ReadAmPm(pm)) return false;
-      if (pm) d.hours += 12;
+      // Clamped: so many hours are past every result anyway (NanoDiff saturates, UnixDiff is 0).
+      if (pm) d.hours = d.hours > INT32_MAX - 12 ? INT32_MAX : d.hours + 12;
       return true;
     }
     default: return false;

@@ -35,8 +35,10 @@ void PrintConversion(cstring &out, char letter, const std::tm &f, double fractio
 }  // namespace
 
 cstring &operator<<(cstring &out, const PrintNanoTime &p) {
+  // Compared before subtracting, so that no time overflows.
+  if (p.time.value < NanoTime::kUnixEpoch) return out << "<invalid time>";
   const double seconds = static_cast<double>(p.time.value - NanoTime::kUnixEpoch) * 1e-7;
-  if (seconds < 0 || seconds >= 2147483647.0) return out << "<invalid time>";
+  if (seconds >= 2147483647.0) return out << "<invalid time>";
   const auto whole = static_cast<int32_t>(seconds);
   if (whole == 0) return out;
   std::tm f;

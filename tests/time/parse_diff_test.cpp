@@ -25,6 +25,7 @@ TEST(DurationReader, ReadsClockReadingsAndFailsToZero) {
   for (const char *format : {"%H", "%Q", "", "%T"}) EXPECT_EQ(Seconds("24", format), 0) << format;
   EXPECT_EQ(Seconds("1:60", "%H:%M"), 0);
   EXPECT_EQ(Seconds("2147483647:00:00", "%T"), 0);
+  EXPECT_EQ(Seconds("2147483647:00:00 PM", "%T %P"), 0);
   EXPECT_EQ(Seconds("1:00", "%H %M"), 0);
   EXPECT_EQ(Seconds("9999999999:00:00", "%T"), 0);  // more than 2147483647 hours
 }

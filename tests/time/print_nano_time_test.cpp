@@ -33,6 +33,7 @@ TEST_P(TimePrinter, PrintsEveryConversion) {
 TEST_P(TimePrinter, InvalidAndEmptyTimes) {
   EXPECT_EQ(Printed(NanoTime(), "%Y"), "<invalid time>");
   EXPECT_EQ(Printed(NanoTime(NanoTime::kMax), "%Y"), "<invalid time>");
+  EXPECT_EQ(Printed(NanoTime(INT64_MIN), "%Y"), "<invalid time>");
   EXPECT_EQ(Printed(NanoTime().Set(UnixTime(INT32_MAX)), "%Y"), "<invalid time>");
   // Within the epoch's first second nothing at all is printed.
   EXPECT_EQ(Printed(NanoTime(NanoTime::kUnixEpoch), "%Y"), "");
