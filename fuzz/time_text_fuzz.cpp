@@ -59,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   CheckInside(it);
   for (const bool allow_relative : {false, true}) {
     it.SetPosition(0);
-    zel::ParseDate(it, allow_relative);
+    ParseDate(it, allow_relative);
     CheckInside(it);
   }
   it.SetPosition(0);

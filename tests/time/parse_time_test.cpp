@@ -34,7 +34,6 @@ TEST_P(TimeReaders, ReadFieldsIntoLocalTime) {
             LocalAt(1999, 3, 5, 14, 30));
   EXPECT_EQ(ParseTimeX("2038/1/2", "%Y/%m/%d"), LocalAt(2038, 1, 2));  // %y refuses 2038
   EXPECT_EQ(ParseTimeX("70/1/2", "%y/%m/%d"), LocalAt(1970, 1, 2));
-  EXPECT_EQ(ParseTimeX("37/12/31", "%y/%m/%d"), LocalAt(2037, 12, 31));
   EXPECT_EQ(ParseTimeX("69", "%y"), UnixTime());  // 2069, beyond the 32-bit seconds
   EXPECT_EQ(ParseTimeX("29 Feb 2007", "%d %b %Y"), LocalAt(2007, 3, 1));  // rolled over by mktime
   EXPECT_EQ(ParseTimeX("10 10", "%H  %M"), ParseTimeX("10\t\t10", "%H %M"));
@@ -68,7 +67,6 @@ TEST_P(TimeReaders, MismatchesAreReportedOrQuietlyZero) {
   } cases[] = {
       {"24", "%H", "ParseTime: Invalid hour 24; Must be between 0 and 23", true},
       {"123", "%.0H", "ParseTime: Invalid hour 123; Must be between 0 and 23", true},
-      {"60", "%M", "ParseTime: Invalid minute 60; Must be between 0 and 59", true},
       {"1000000", "%.0X",
        "ParseNanoTimeX: Invalid millisecond 1000000; Must be between 0 and 1000,000", true},
       {"13", "%m", "ParseTime: Invalid month number 12; Must be between 1 and 12", true},
