@@ -28,6 +28,7 @@ TEST_P(TimePrinter, PrintsEveryConversion) {
   EXPECT_EQ(Printed(monday, "%I %P %a %b %y %x %% %Q|%"), "02 PM Mon March 07 2 % Q|");
   EXPECT_EQ(Printed(At(LocalAt(2007, 7, 14, 13)), "%I %P %a %b %d"), "01 PM Sat July 14");
   EXPECT_EQ(Printed(At(LocalAt(1999, 12, 31, 0, 0, 1)), "%I %P %y %m %X"), "00 AM 99 12 000");
+  EXPECT_EQ(Printed(At(LocalAt(2007, 3, 5), 120), "%X %x"), "120 1");
 }
 
 TEST_P(TimePrinter, InvalidAndEmptyTimes) {
