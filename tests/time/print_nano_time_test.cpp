@@ -1,0 +1,46 @@
+// Printing a NanoTime through a format, in local time.
+#include <zel/time.h>
+
+#include <gtest/gtest.h>
+
+#include "support/strings.h"
+#include "support/zones.h"
+
+namespace zel {
+namespace {
+
+using test::LocalAt;
+
+class TimePrinter : public test::ZonedTest {
+ protected:
+  static std::string Printed(NanoTime t, const char *format) {
+    cstring s;
+    s << PrintNanoTime(t, format);
+    return test::Str(s);
+  }
+  static NanoTime At(UnixTime t, int ms = 0) { return NanoTime().Set(t).qAdd(NanoDiff::Msecs(ms)); }
+};
+INSTANTIATE_TEST_SUITE_P(Zones, TimePrinter, test::kZones);
+
+TEST_P(TimePrinter, PrintsEveryConversion) {
+  const NanoTime monday = At(LocalAt(2007, 3, 5, 14, 2, 9), 250);
+  EXPECT_EQ(Printed(monday, "%Y/%m/%d %H:%M:%S.%X"), "2007/3/5 14:02:09.250");
+  EXPECT_EQ(Printed(monday, "%I %P %a %b %y %x %% %Q|%"), "02 PM Mon March 07 2 % Q|");
+  EXPECT_EQ(Printed(At(LocalAt(2007, 7, 14, 13)), "%I %P %a %b %d"), "01 PM Sat July 14");
+  EXPECT_EQ(Printed(At(LocalAt(1999, 12, 31, 0, 0, 1)), "%I %P %y %m %X"), "00 AM 99 12 000");
+  EXPECT_EQ(Printed(At(LocalAt(2007, 3, 5), 120), "%X %x"), "120 1");
+}
+
+TEST_P(TimePrinter, InvalidAndEmptyTimes) {
+  EXPECT_EQ(Printed(NanoTime(), "%Y"), "<invalid time>");
+  EXPECT_EQ(Printed(NanoTime(NanoTime::kMax), "%Y"), "<invalid time>");
+  EXPECT_EQ(Printed(NanoTime(INT64_MIN), "%Y"), "<invalid time>");
+  EXPECT_EQ(Printed(NanoTime().Set(UnixTime(INT32_MAX)), "%Y"), "<invalid time>");
+  // Within the epoch's first second nothing at all is printed.
+  EXPECT_EQ(Printed(NanoTime(NanoTime::kUnixEpoch), "%Y"), "");
+  EXPECT_EQ(Printed(NanoTime(NanoTime::kUnixEpoch + 9999999), "x%Y"), "");
+  EXPECT_EQ(Printed(NanoTime().Set(UnixTime(INT32_MAX - 1)), "%Y"), "2038");
+}
+
+}  // namespace
+}  // namespace zel
