@@ -16,7 +16,9 @@ bool BreakDown(UnixTime t, std::tm &out) {
 
 UnixTime Compose(std::tm fields) {
   const std::time_t t = std::mktime(&fields);
-  return t == -1 ? UnixTime() : UnixTime(static_cast<int32_t>(t));
+  // mktime fails with -1; a time before 1970 or after 2038, which a UnixTime cannot hold, likewise.
+  if (t < 0 || t > INT32_MAX) return UnixTime();
+  return UnixTime(static_cast<int32_t>(t));
 }
 
 UnixTime::UnixTime(const std::tm &fields) : value_(Compose(fields).value_) {}
