@@ -1,11 +1,11 @@
-// The slow paths of LightLock: waiting for and handing over the lock.
+// The slow paths of LightLock: spinning, sleeping until woken, and waking a waiter.
 #include "thread/light_lock.h"
 
 namespace zel {
 
 namespace {
 
-// About a microsecond of waiting for the holder to leave.
+// About a microsecond of waiting for the holder to leave before going to sleep.
 constexpr int kSpins = 100;
 
 }  // namespace
@@ -13,30 +13,53 @@ constexpr int kSpins = 100;
 void LightLock::EnterContended() {
   for (int i = 0; i < kSpins; ++i) {
     os::CpuPause();
-    if (std::atomic_ref<int32_t>(count_).load(std::memory_order_relaxed) == 0 && TryEnter()) return;
+    uint32_t s = state_.load(std::memory_order_relaxed);
+    if ((s & kHeld) == 0 && state_.compare_exchange_weak(s, s | kHeld, std::memory_order_acquire,
+                                                         std::memory_order_relaxed))
+      return;
   }
-  if (os::AtomicIncrement(count_) != 1) Wait();
+  for (;;) {
+    uint32_t s = state_.load(std::memory_order_relaxed);
+    if ((s & kHeld) == 0) {
+      if (state_.compare_exchange_weak(s, s | kHeld, std::memory_order_acquire,
+                                       std::memory_order_relaxed))
+        return;
+    } else if (state_.compare_exchange_weak(s, s + kWaiter, std::memory_order_relaxed)) {
+      Sleep();  // the waker took this waiter off the count
+    }
+  }
 }
 
-void LightLock::Wait() {
+void LightLock::LeaveContended() {
+  uint32_t s = state_.load(std::memory_order_relaxed);
+  for (;;) {
+    const bool wake = s >= kWaiter;
+    const uint32_t next = (s & ~kHeld) - (wake ? kWaiter : 0);
+    if (state_.compare_exchange_weak(s, next, std::memory_order_release,
+                                     std::memory_order_relaxed)) {
+      if (wake) WakeOne();
+      return;
+    }
+  }
+}
+
+void LightLock::Sleep() {
   if (semaphore_ != nullptr) {
     os::WaitOne(semaphore_, os::kInfinite, false);
     return;
   }
   for (;;) {
-    int32_t available = std::atomic_ref<int32_t>(handoffs_).load();
-    if (available > 0 &&
-        os::AtomicCompareExchange(handoffs_, available - 1, available) == available)
-      return;
+    int32_t available = wakeups_.load();
+    if (available > 0 && wakeups_.compare_exchange_weak(available, available - 1)) return;
     os::Yield();
   }
 }
 
-void LightLock::Wake() {
+void LightLock::WakeOne() {
   if (semaphore_ != nullptr)
     os::ReleaseSemaphore(semaphore_, 1, nullptr);
   else
-    os::AtomicIncrement(handoffs_);
+    wakeups_.fetch_add(1);
 }
 
 }  // namespace zel

@@ -3,16 +3,19 @@
 
 #include <zel/thread/critsect.h>
 
+#include <atomic>
+
 #include "os/os.h"
 
 namespace zel {
 
-// An atomic counter with a semaphore behind it. Enter increments the counter and waits on the
-// semaphore unless the result is 1; Leave decrements it and releases one waiter while the result
-// is still above 0. Uncontended, entering and leaving cost one atomic operation each and no system
-// call. A contended Enter first spins for a moment, taking the lock if it comes free, so that short
-// sections rarely pay for a hand-over through the semaphore. Not recursive. Exported only so that
-// the library's tests can reach it.
+// One atomic word — a "held" bit and the number of sleeping waiters — with a semaphore behind
+// it. Uncontended, entering and leaving cost one atomic operation each and no system call. A
+// contended Enter spins for a moment, then counts itself as a waiter and sleeps on the semaphore;
+// Leave clears the bit and, when someone sleeps, wakes one waiter, which then competes for the lock
+// again. The lock is not handed over: a thread that comes along meanwhile may take it, so short
+// sections do not queue behind a waiter that is still waking up. Not recursive. Exported only so
+// that the library's tests can reach it.
 class ZEL_API LightLock {
  public:
   LightLock() : semaphore_(os::CreateSemaphore(0, 0x7FFFFFFF)) {}
@@ -25,22 +28,33 @@ class ZEL_API LightLock {
   void Enter() {
     if (!TryEnter()) EnterContended();
   }
-  // Takes the lock only when it is free (one compare-and-swap of 0 to 1); true when taken.
-  bool TryEnter() { return os::AtomicCompareExchange(count_, 1, 0) == 0; }
+  // Takes the lock only when it is free and nobody sleeps (one compare-and-swap); true when taken.
+  bool TryEnter() {
+    uint32_t free = 0;
+    return state_.compare_exchange_strong(free, kHeld, std::memory_order_acquire,
+                                          std::memory_order_relaxed);
+  }
   void Leave() {
-    if (os::AtomicDecrement(count_) > 0) Wake();
+    // Nobody sleeping: one atomic operation.
+    uint32_t held = kHeld;
+    if (!state_.compare_exchange_strong(held, 0, std::memory_order_release,
+                                        std::memory_order_relaxed))
+      LeaveContended();
   }
 
  private:
-  // Spins briefly, since holders leave quickly, then queues on the semaphore.
-  void EnterContended();
-  void Wait();
-  void Wake();
+  static constexpr uint32_t kHeld = 1;
+  static constexpr uint32_t kWaiter = 2;  // one sleeping waiter, counted above the held bit
 
-  int32_t count_ = 0;
+  void EnterContended();
+  void LeaveContended();
+  void Sleep();
+  void WakeOne();
+
+  std::atomic<uint32_t> state_{0};
   os::Handle semaphore_;
-  // Hand-overs when the semaphore could not be made: the waiter yields until one is there.
-  int32_t handoffs_ = 0;
+  // Wake-ups when the semaphore could not be made: a waiter yields until one is there.
+  std::atomic<int32_t> wakeups_{0};
 };
 
 using LightLockHold = LockHold<LightLock>;
