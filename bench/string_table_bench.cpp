@@ -1,8 +1,10 @@
 // Interning names that are already interned, and copying shared strings: StringTableMT beside a
-// std::unordered_map under a std::mutex, shstring beside std::shared_ptr<std::string>.
+// std::unordered_map and Abseil's flat_hash_map under a std::mutex, shstring beside
+// std::shared_ptr<std::string>.
 #include <zel/text/shstring.h>
 #include <zel/text/string_table.h>
 
+#include <absl/container/flat_hash_map.h>
 #include <benchmark/benchmark.h>
 
 #include <deque>
@@ -35,9 +37,11 @@ struct Zel {
   const char *Intern(std::string_view name) { return table.GetOrCreateIndex(name); }
 };
 
-struct UnorderedMap {
+// A map from names to their interned copies, under a mutex.
+template <typename Map>
+struct LockedMap {
   std::mutex mutex;
-  std::unordered_map<std::string_view, const char *> map;
+  Map map;
   std::deque<std::string> texts;  // the interned copies; a deque never moves them
 
   const char *Intern(std::string_view name) {
@@ -49,6 +53,8 @@ struct UnorderedMap {
     return copy.c_str();
   }
 };
+using UnorderedMap = LockedMap<std::unordered_map<std::string_view, const char *>>;
+using FlatHashMap = LockedMap<absl::flat_hash_map<std::string_view, const char *>>;
 
 // One table per implementation, holding every name before any benchmark looks one up.
 template <typename Table>
@@ -92,9 +98,14 @@ void SharedPtrCopy(benchmark::State &state) {
 
 BENCHMARK_TEMPLATE(InternHit, Zel)->Name("zel:intern hit");
 BENCHMARK_TEMPLATE(InternHit, UnorderedMap)->Name("unordered_map:intern hit");
+BENCHMARK_TEMPLATE(InternHit, FlatHashMap)->Name("flat_hash_map:intern hit");
 BENCHMARK_TEMPLATE(InternHit, Zel)->Name("zel:intern hit 2 threads")->Threads(2)->UseRealTime();
 BENCHMARK_TEMPLATE(InternHit, UnorderedMap)
     ->Name("unordered_map:intern hit 2 threads")
+    ->Threads(2)
+    ->UseRealTime();
+BENCHMARK_TEMPLATE(InternHit, FlatHashMap)
+    ->Name("flat_hash_map:intern hit 2 threads")
     ->Threads(2)
     ->UseRealTime();
 BENCHMARK(ZelSharedCopy)->Name("zel:shared string copy");

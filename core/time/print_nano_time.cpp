@@ -1,9 +1,10 @@
 // Printing a NanoTime through a format: cstring << PrintNanoTime.
-#include <zel/text/print.h>
 #include <zel/time/time_text.h>
 
 #include "time/local_time.h"
 #include "time/names.h"
+
+#include <cstring>
 
 namespace zel {
 
@@ -11,24 +12,67 @@ namespace {
 
 int Clamped(int v, int high) { return v < 0 ? 0 : v > high ? high : v; }
 
+// Collects the printed pieces on the stack and appends them to the string in few calls.
+class Writer {
+ public:
+  explicit Writer(cstring &out) : out_(out) {}
+  ~Writer() { Flush(); }
+  Writer(const Writer &) = delete;
+  Writer &operator=(const Writer &) = delete;
+
+  void Text(const strptr &text) {
+    if (text.length() > kRoom - used_) {
+      Flush();
+      if (text.length() > kRoom) {
+        out_.Add(text);
+        return;
+      }
+    }
+    std::memcpy(buffer_ + used_, text.text(), static_cast<size_t>(text.length()));
+    used_ += text.length();
+  }
+  // `value` in decimal with at least `digits` digits, zeros in front.
+  void Number(int value, int digits = 1) {
+    char text[16];
+    int n = 0;
+    auto v = static_cast<uint32_t>(value < 0 ? -int64_t{value} : value);
+    do {
+      text[15 - n++] = static_cast<char>('0' + v % 10);
+      v /= 10;
+    } while (v != 0 || n < digits);
+    if (value < 0) text[15 - n++] = '-';
+    Text(strptr(text + 16 - n, n));
+  }
+  void Flush() {
+    out_.AddNonOverlapping(buffer_, used_);
+    used_ = 0;
+  }
+
+ private:
+  static constexpr int kRoom = 256;
+  cstring &out_;
+  char buffer_[kRoom];
+  int used_ = 0;
+};
+
 // One conversion of `letter` for the local time `f`, `fraction` 100-ns units into its second.
-void PrintConversion(cstring &out, char letter, const std::tm &f, int fraction) {
+void PrintConversion(Writer &w, char letter, const std::tm &f, int fraction) {
   switch (letter) {
-    case 'H': out << PrintInt(f.tm_hour, 2); break;
+    case 'H': w.Number(f.tm_hour, 2); break;
     // Hours up to 12 as they are, so midnight prints "00" (intended).
-    case 'I': out << PrintInt(f.tm_hour > 12 ? f.tm_hour - 12 : f.tm_hour, 2); break;
-    case 'M': out << PrintInt(f.tm_min, 2); break;
-    case 'S': out << PrintInt(f.tm_sec, 2); break;
-    case 'P': out << (f.tm_hour >= 12 ? "PM" : "AM"); break;
-    case 'X': out << PrintInt(fraction / 10000, 3); break;
-    case 'x': out << PrintInt(fraction / 1000000, 1); break;
-    case 'Y': out << PrintInt(f.tm_year + 1900, 4); break;
-    case 'y': out << PrintInt(f.tm_year < 100 ? f.tm_year : f.tm_year - 100, 2); break;
-    case 'a': out << kWeekdayNames[Clamped(f.tm_wday, 6)]; break;
-    case 'b': out << kMonthNames[Clamped(f.tm_mon, 11)]; break;
-    case 'd': out << f.tm_mday; break;
-    case 'm': out << f.tm_mon + 1; break;
-    default: out << letter;  // "%%" and any other letter print the letter
+    case 'I': w.Number(f.tm_hour > 12 ? f.tm_hour - 12 : f.tm_hour, 2); break;
+    case 'M': w.Number(f.tm_min, 2); break;
+    case 'S': w.Number(f.tm_sec, 2); break;
+    case 'P': w.Text(f.tm_hour >= 12 ? "PM" : "AM"); break;
+    case 'X': w.Number(fraction / 10000, 3); break;
+    case 'x': w.Number(fraction / 1000000, 1); break;
+    case 'Y': w.Number(f.tm_year + 1900, 4); break;
+    case 'y': w.Number(f.tm_year < 100 ? f.tm_year : f.tm_year - 100, 2); break;
+    case 'a': w.Text(kWeekdayNames[Clamped(f.tm_wday, 6)]); break;
+    case 'b': w.Text(kMonthNames[Clamped(f.tm_mon, 11)]); break;
+    case 'd': w.Number(f.tm_mday); break;
+    case 'm': w.Number(f.tm_mon + 1); break;
+    default: w.Text(strptr(&letter, 1));  // "%%" and any other letter print the letter
   }
 }
 
@@ -48,14 +92,16 @@ cstring &operator<<(cstring &out, const PrintNanoTime &p) {
   BreakDown(UnixTime(whole), f);
   const auto fraction = static_cast<int>(units % kUnitsPerSecond);
   const strptr format = p.format;
+  Writer w(out);
   for (int i = 0; i < format.length();) {
     const int percent = format.FindFrom('%', i);
     const int end = percent < 0 ? format.length() : percent;
-    out << format.Mid(i, end - i);
+    w.Text(format.Mid(i, end - i));
     // A "%" ending the format prints nothing.
-    if (end + 1 < format.length()) PrintConversion(out, format[end + 1], f, fraction);
+    if (end + 1 < format.length()) PrintConversion(w, format[end + 1], f, fraction);
     i = end + 2;
   }
+  w.Flush();
   return out;
 }
 
