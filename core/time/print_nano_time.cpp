@@ -4,44 +4,36 @@
 #include "time/local_time.h"
 #include "time/names.h"
 
-#include <cstring>
-
 namespace zel {
 
 namespace {
 
 int Clamped(int v, int high) { return v < 0 ? 0 : v > high ? high : v; }
 
-// Collects the printed pieces on the stack and appends them to the string in few calls.
+// Collects the printed characters on the stack and appends them to the string in few calls.
 class Writer {
  public:
   explicit Writer(cstring &out) : out_(out) {}
-  ~Writer() { Flush(); }
   Writer(const Writer &) = delete;
   Writer &operator=(const Writer &) = delete;
 
-  void Text(const strptr &text) {
-    if (text.length() > kRoom - used_) {
-      Flush();
-      if (text.length() > kRoom) {
-        out_.Add(text);
-        return;
-      }
-    }
-    std::memcpy(buffer_ + used_, text.text(), static_cast<size_t>(text.length()));
-    used_ += text.length();
+  void Char(char c) {
+    if (used_ == kRoom) Flush();
+    buffer_[used_++] = c;
   }
-  // `value` in decimal with at least `digits` digits, zeros in front.
+  void Text(const char *text) {
+    for (; *text != 0; ++text) Char(*text);
+  }
+  // `value` (not negative) in decimal with at least `digits` digits, zeros in front.
   void Number(int value, int digits = 1) {
-    char text[16];
+    char text[12];
     int n = 0;
-    auto v = static_cast<uint32_t>(value < 0 ? -int64_t{value} : value);
+    auto v = static_cast<uint32_t>(value < 0 ? 0 : value);
     do {
-      text[15 - n++] = static_cast<char>('0' + v % 10);
+      text[n++] = static_cast<char>('0' + v % 10);
       v /= 10;
     } while (v != 0 || n < digits);
-    if (value < 0) text[15 - n++] = '-';
-    Text(strptr(text + 16 - n, n));
+    while (n > 0) Char(text[--n]);
   }
   void Flush() {
     out_.AddNonOverlapping(buffer_, used_);
@@ -72,7 +64,7 @@ void PrintConversion(Writer &w, char letter, const std::tm &f, int fraction) {
     case 'b': w.Text(kMonthNames[Clamped(f.tm_mon, 11)]); break;
     case 'd': w.Number(f.tm_mday); break;
     case 'm': w.Number(f.tm_mon + 1); break;
-    default: w.Text(strptr(&letter, 1));  // "%%" and any other letter print the letter
+    default: w.Char(letter);  // "%%" and any other letter print the letter
   }
 }
 
@@ -93,13 +85,11 @@ cstring &operator<<(cstring &out, const PrintNanoTime &p) {
   const auto fraction = static_cast<int>(units % kUnitsPerSecond);
   const strptr format = p.format;
   Writer w(out);
-  for (int i = 0; i < format.length();) {
-    const int percent = format.FindFrom('%', i);
-    const int end = percent < 0 ? format.length() : percent;
-    w.Text(format.Mid(i, end - i));
-    // A "%" ending the format prints nothing.
-    if (end + 1 < format.length()) PrintConversion(w, format[end + 1], f, fraction);
-    i = end + 2;
+  for (int i = 0; i < format.length(); ++i) {
+    if (format[i] != '%')
+      w.Char(format[i]);
+    else if (++i < format.length())  // a "%" ending the format prints nothing
+      PrintConversion(w, format[i], f, fraction);
   }
   w.Flush();
   return out;
