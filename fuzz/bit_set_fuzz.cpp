@@ -6,21 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
-namespace {
-
-// Collects what is written.
-class RecordDest : public zel::VirtByteDest {
- public:
-  int Write(const void *buffer, int n) override {
-    bytes.append(static_cast<const char *>(buffer), static_cast<size_t>(n));
-    return n;
-  }
-  std::string bytes;
-};
-
-}  // namespace
+#include "byte_sink.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   zel::MemoryByteSource source(data, static_cast<int>(size));
@@ -30,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   } catch (const zel::ErrorX &) {
     return 0;
   }
-  RecordDest dest;
+  fuzz::ByteSink dest;
   zel::WriteBitSet(dest, bits.View());
   const size_t consumed = size - static_cast<size_t>(~source);
   if (dest.bytes.size() != consumed || std::memcmp(dest.bytes.data(), data, consumed) != 0)

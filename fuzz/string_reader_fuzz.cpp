@@ -6,21 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
-namespace {
-
-// Collects what is written.
-class StringDest : public zel::VirtByteDest {
- public:
-  int Write(const void *buffer, int n) override {
-    bytes.append(static_cast<const char *>(buffer), static_cast<size_t>(n));
-    return n;
-  }
-  std::string bytes;
-};
-
-}  // namespace
+#include "byte_sink.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   zel::MemoryByteSource source(data, static_cast<int>(size));
@@ -33,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
       return 0;
     }
     if (s.length() > before - 4 || s.text()[s.length()] != 0) std::abort();
-    StringDest dest;
+    fuzz::ByteSink dest;
     dest << s;
     const char *consumed =
         reinterpret_cast<const char *>(data) + (size - static_cast<size_t>(before));
