@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "append_each.h"
+
 namespace {
 
 constexpr int kValues = 1000;
@@ -29,8 +31,8 @@ const std::vector<Fixed> &FixedValues() {
     uint32_t state = 5;
     const double scales[] = {1e-4, 0.01, 1, 100, 1e4, 1e7};
     for (int i = 0; i < kValues; ++i) {
-      state = state * 1664525u + 1013904223u;
-      double v = static_cast<double>(state >> 8) / 65536.0 * scales[(state >> 4) % 6];
+      const uint32_t r = bench::Next(state);
+      double v = static_cast<double>(r) / 65536.0 * scales[(r >> 4) % 6];
       list.push_back({i % 3 == 0 ? -v : v, i % 2 == 0 ? 2 : 6});
     }
     return list;
@@ -38,19 +40,10 @@ const std::vector<Fixed> &FixedValues() {
   return values;
 }
 
-void Empty(zel::cstring &s) { s.Flush(); }
-void Empty(std::string &s) { s.clear(); }
-
-// Appends every value with `append`, into a string emptied (its buffer kept) before each round.
+// Appends every value of FixedValues with `append`.
 template <typename String, typename Append>
 void AppendEach(benchmark::State &state, Append append) {
-  String s;
-  for (auto _ : state) {
-    Empty(s);
-    for (const Fixed &f : FixedValues()) append(s, f);
-    benchmark::DoNotOptimize(s);
-  }
-  state.SetItemsProcessed(state.iterations() * kValues);
+  bench::AppendEach<String>(state, FixedValues(), append);
 }
 
 void ZelPrintDouble(benchmark::State &state) {

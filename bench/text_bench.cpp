@@ -10,16 +10,15 @@
 #include <string_view>
 #include <vector>
 
+#include "append_each.h"
+
 namespace {
 
 constexpr int kMegabyte = 1 << 20;
 constexpr int kNumbers = 1000;
 
-// A small deterministic generator, so that every implementation gets the same input.
-uint32_t Next(uint32_t &state) {
-  state = state * 1664525u + 1013904223u;
-  return state >> 8;
-}
+using bench::AppendEach;
+using bench::Next;
 
 // Pieces of 8 to 32 characters that add up to at least a megabyte.
 const std::vector<std::string_view> &Pieces() {
@@ -98,21 +97,6 @@ void StdStringBuild(benchmark::State &state) {
   state.SetBytesProcessed(state.iterations() * kMegabyte);
 }
 BENCHMARK(StdStringBuild)->Name("std_string:build_1mb");
-
-void Empty(zel::cstring &s) { s.Flush(); }
-void Empty(std::string &s) { s.clear(); }
-
-// Appends every value with `append`, into a string emptied (its buffer kept) before each round.
-template <typename String, typename Values, typename Append>
-void AppendEach(benchmark::State &state, const Values &values, Append append) {
-  String s;
-  for (auto _ : state) {
-    Empty(s);
-    for (auto v : values) append(s, v);
-    benchmark::DoNotOptimize(s);
-  }
-  state.SetItemsProcessed(state.iterations() * kNumbers);
-}
 
 // Formats with `format` into a stack buffer, then appends.
 template <typename T, typename Format>
