@@ -54,6 +54,36 @@ void ShowClock() {
   std::printf("%s\n", line.text());
 }
 
+void ShowTimeText() {
+  const zel::strptr format("%Y/%m/%d %H:%M:%S");
+  zel::cstring line;
+  line << "time text: now is \""
+       << zel::PrintNanoTime(zel::NanoTime::Current(), "%a %d %b %Y, %I:%M %P")
+       << "\"; \"2007/03/05 14:02:09\" read with \"" << format << "\" is Unix time "
+       << zel::ParseTimeX("2007/03/05 14:02:09", format).value();
+  std::printf("%s\n", line.text());
+  try {
+    zel::ParseTimeX("2007/03/05 24:02:09", format);
+  } catch (const zel::ErrorX &e) {
+    line.Flush();
+    line << "  a bad hour is refused: " << e;
+    line.Replace("\r\n", "\n    where: ");
+    std::printf("%s\n", line.text());
+  }
+}
+
+void ShowSharedText() {
+  const zel::shstring sentence("one buffer, shared by its parts");
+  const zel::shstring word(sentence, sentence.view().Mid(4, 6));
+  const zel::Range where = word.IndexIn(sentence);
+  std::printf("shared text: \"%.*s\" views characters %d to %d of its sentence's buffer\n",
+              word.length(), word.text(), where.begin, where.end);
+  const zel::cstring name("Scheduler");
+  const bool same = zel::InternString(name) == zel::InternString("Scheduler");
+  std::printf("  \"%s\" interned from two different buffers: %s\n", name.text(),
+              same ? "one address, one StringID" : "two addresses");
+}
+
 void ShowThreads() {
   static ThreadNarrator narrator;
   zel::AddThreadListener(&narrator);
@@ -123,6 +153,8 @@ int Demo(int, char **) {
   std::printf("library module loaded at %p\n", zel::GetLibraryModule());
   ShowClock();
   ShowText();
+  ShowTimeText();
+  ShowSharedText();
   std::fflush(stdout);
   ShowErrorsAndLog();
   ShowThreads();
