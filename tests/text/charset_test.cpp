@@ -4,6 +4,8 @@
 
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 namespace zel {
 namespace {
@@ -17,17 +19,15 @@ std::string MembersOf(const CharSet &set) {
 }
 
 TEST(CharSet, PatternsMakeRangesLiteralsAndEscapes) {
-  const struct {
-    std::string_view pattern, members;
-  } cases[] = {
+  const std::pair<std::string_view, std::string_view> cases[] = {
       {"z-a", ""},  // a reversed range is empty
       {"a\\-z", "-az"},   {"-a", "-a"},         {"a-", "-a"},
       {"a-c-e", "-abce"}, {"\\\\x", "\\x"},     {"~-\xFF", "~\x7F"},
       {"9-0_", "_"},      {"\x80-\xFF\xE9", ""}};  // never members, whatever the pattern says
-  for (const auto &c : cases) {
+  for (const auto &[pattern, members] : cases) {
     CharSet reused(CharRange("0-9"));
-    reused.Set(CharRange(c.pattern));  // clears first
-    EXPECT_EQ(MembersOf(reused), c.members) << c.pattern;
+    reused.Set(CharRange(pattern));  // clears first
+    EXPECT_EQ(MembersOf(reused), members) << pattern;
   }
   CharSet literal(CharRange("xyz"));
   literal.Set(strptr("a-c\\"));  // every character taken literally
@@ -36,12 +36,7 @@ TEST(CharSet, PatternsMakeRangesLiteralsAndEscapes) {
 }
 
 TEST(CharSet, PredefinedSets) {
-  struct Case {
-    const char *name;
-    const CharSet &set;
-    std::string_view members;
-  };
-  const Case cases[] = {
+  const std::tuple<const char *, const CharSet &, std::string_view> cases[] = {
       {"White", WhiteCharQ, "\t\n\r "},
       {"NewLine", NewLineCharQ, "\n\r"},
       {"Digit", DigitCharQ, "0123456789"},
@@ -56,23 +51,21 @@ TEST(CharSet, PredefinedSets) {
       // and the full stop as well (intended).
       {"WordSeparator", WordSeparatorQ, "\t\n\r !\"#$%&'()*+,-./;=?@[]^`{|}~"},
   };
-  for (const Case &c : cases) EXPECT_EQ(MembersOf(c.set), c.members) << c.name;
+  for (const auto &[name, set, members] : cases) EXPECT_EQ(MembersOf(set), members) << name;
 }
 
 TEST(HashPrimes, FindsThePrimeOfTheSequence) {
-  struct Case {
-    int n, prime, next;
-  };
-  const Case cases[] = {{-5, 7, 7},
-                        {0, 7, 7},
-                        {7, 7, 17},
-                        {8, 17, 17},
-                        {1021, 1021, 2039},
-                        {1073741790, 2147483647, 2147483647},
-                        {2147483647, 2147483647, 31}};  // none above the last: 31 (intended)
-  for (const Case &c : cases) {
-    EXPECT_EQ(FindHashPrime(c.n), c.prime) << c.n;
-    EXPECT_EQ(FindNextHashPrime(c.n), c.next) << c.n;
+  const std::tuple<int, int, int> cases[] = {
+      {-5, 7, 7},
+      {0, 7, 7},
+      {7, 7, 17},
+      {8, 17, 17},
+      {1021, 1021, 2039},
+      {1073741790, 2147483647, 2147483647},
+      {2147483647, 2147483647, 31}};  // none above the last: 31 (intended)
+  for (const auto &[n, prime, next] : cases) {
+    EXPECT_EQ(FindHashPrime(n), prime) << n;
+    EXPECT_EQ(FindNextHashPrime(n), next) << n;
   }
 }
 

@@ -5,6 +5,8 @@
 #include <functional>
 #include <limits>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 namespace zel {
 namespace {
@@ -14,10 +16,7 @@ std::string_view Written(const cstring &s) { return {s.text(), static_cast<size_
 TEST(Format, NumbersAndCharactersAppendAsPrintfWould) {
   using Int = std::numeric_limits<int>;
   using Double = std::numeric_limits<double>;
-  const struct {
-    std::function<void(cstring &)> append;
-    std::string_view expected;
-  } cases[] = {
+  const std::pair<std::function<void(cstring &)>, std::string_view> cases[] = {
       {[](cstring &s) { s << 'x' << static_cast<signed char>('y') << 0 << Int::min(); },
        "xy0-2147483648"},
       {[](cstring &s) { s << static_cast<short>(-7) << static_cast<unsigned short>(65535); },
@@ -33,13 +32,13 @@ TEST(Format, NumbersAndCharactersAppendAsPrintfWould) {
        "0.0001 1e-05 -1.5e-300"},
       {[](cstring &s) { s << 0.1f << ' ' << Double::infinity() << ' ' << -Double::infinity(); },
        "0.1 inf -inf"}};
-  for (const auto &c : cases) {
+  for (const auto &[append, expected] : cases) {
     cstring small("["), roomy("[");
     roomy.Reserve(100);  // numbers are then written in place
-    c.append(small);
-    c.append(roomy);
-    EXPECT_EQ(Written(small).substr(1), c.expected);
-    EXPECT_EQ(Written(roomy).substr(1), c.expected);
+    append(small);
+    append(roomy);
+    EXPECT_EQ(Written(small).substr(1), expected);
+    EXPECT_EQ(Written(roomy).substr(1), expected);
   }
   cstring s("1234567");  // capacity 8: the number grows it by the rule, to 16
   s << 42;
@@ -47,26 +46,21 @@ TEST(Format, NumbersAndCharactersAppendAsPrintfWould) {
 }
 
 TEST(Format, HexadecimalDigitsPrefixAndMinimumWidth) {
-  const struct {
-    uint64_t value;
-    bool wide;
-    int min_digits;
-    bool prefix, upper_case;
-    std::string_view expected;
-  } cases[] = {{255, false, 4, true, false, "0x00ff"},
-               {0, false, 0, false, false, "0"},
-               {0, false, -5, true, true, "0X0"},
-               {0xABC, false, 2, false, true, "ABC"},
-               {1, false, 12, false, false, "00000001"},  // at most 8 digits of padding
-               {0x0123456789ABCDEF, true, 0, true, false, "0x123456789abcdef"},
-               {5, true, 12, false, false, "00000005"}};
-  for (const auto &c : cases) {
+  const std::tuple<uint64_t, bool, int, bool, bool, std::string_view> cases[] = {
+      {255, false, 4, true, false, "0x00ff"},
+      {0, false, 0, false, false, "0"},
+      {0, false, -5, true, true, "0X0"},
+      {0xABC, false, 2, false, true, "ABC"},
+      {1, false, 12, false, false, "00000001"},  // at most 8 digits of padding
+      {0x0123456789ABCDEF, true, 0, true, false, "0x123456789abcdef"},
+      {5, true, 12, false, false, "00000005"}};
+  for (const auto &[value, wide, min_digits, prefix, upper_case, expected] : cases) {
     cstring s("v=");
-    if (c.wide)
-      EXPECT_EQ(&FmtHex(s, c.value, c.min_digits, c.prefix, c.upper_case), &s);
+    if (wide)
+      EXPECT_EQ(&FmtHex(s, value, min_digits, prefix, upper_case), &s);
     else
-      FmtHex(s, static_cast<uint32_t>(c.value), c.min_digits, c.prefix, c.upper_case);
-    EXPECT_EQ(Written(s).substr(2), c.expected);
+      FmtHex(s, static_cast<uint32_t>(value), min_digits, prefix, upper_case);
+    EXPECT_EQ(Written(s).substr(2), expected);
   }
 }
 

@@ -8,62 +8,61 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
+#include <tuple>
 
 namespace zel {
 namespace {
 
-template <typename Manipulator>
-std::string Printed(const Manipulator &m) {
+// What the manipulators print, one after the other, separated by '|'.
+template <typename... Manipulators>
+std::string Printed(const Manipulators &...m) {
   cstring s;
-  s << m;
+  ((s << m << '|'), ...);
+  s.Chop();
   return test::Str(s);
 }
 
 TEST(PrintDouble, RoundsTheExactValueAndTiesAwayFromZero) {
   const double inf = std::numeric_limits<double>::infinity();
-  const struct {
-    double value;
-    int decimals;
-    bool trim;
-    const char *expected;
-  } cases[] = {{2.5, 3, true, "2.5"},
-               {2.5, 3, false, "2.500"},
-               {0.05, 1, true, "0.1"},
-               {-1234.0, 0, true, "-1234"},
-               {1000.0, 2, true, "1000"},  // the integer part keeps its zeros
-               // Exact ties go away from zero, also across a carry and behind leading zeros.
-               {0.5, 0, true, "1"},
-               {2.5, 0, true, "3"},
-               {-2.5, 0, true, "-3"},
-               {0.125, 2, true, "0.13"},
-               {99.5, 0, true, "100"},
-               {0.0625, 3, false, "0.063"},
-               // Not ties: the double lies below or above the decimal halfway point.
-               {0.15, 1, true, "0.1"},
-               {2.675, 2, true, "2.67"},
-               {1.005, 2, false, "1.00"},
-               {0.1, 20, false, "0.10000000000000000555"},
-               {1e22, 0, true, "10000000000000000000000"},
-               {1e23, 0, true, "99999999999999991611392"},
-               {0.0, 2, false, "0.00"},
-               {0.0, 2, true, "0"},
-               {-0.0, 0, true, "-0"},
-               // Values that round to nothing print as zero.
-               {0.001, 2, true, "0"},
-               {-0.001, 2, false, "-0.00"},
-               {1e-300, 3, true, "0"},
-               {0.3, 0, true, "0"},
-               {0.03, 0, true, "0"},
-               {0.005, 2, true, "0.01"},
-               {2.4, -3, false, "2"},  // a negative count means no decimals
-               {std::nan(""), 2, true, "NaN"},
-               {inf, 2, false, "inf"},
-               {-inf, 0, true, "-inf"}};
-  for (const auto &c : cases)
-    EXPECT_EQ(Printed(PrintDouble(c.value, c.decimals, c.trim)), c.expected)
-        << c.value << " to " << c.decimals;
+  const std::tuple<double, int, bool, const char *> cases[] = {
+      {2.5, 3, true, "2.5"},
+      {2.5, 3, false, "2.500"},
+      {0.05, 1, true, "0.1"},
+      {-1234.0, 0, true, "-1234"},
+      {1000.0, 2, true, "1000"},  // the integer part keeps its zeros
+      // Exact ties go away from zero, also across a carry and behind leading zeros.
+      {0.5, 0, true, "1"},
+      {2.5, 0, true, "3"},
+      {-2.5, 0, true, "-3"},
+      {0.125, 2, true, "0.13"},
+      {99.5, 0, true, "100"},
+      {0.0625, 3, false, "0.063"},
+      // Not ties: the double lies below or above the decimal halfway point.
+      {0.15, 1, true, "0.1"},
+      {2.675, 2, true, "2.67"},
+      {1.005, 2, false, "1.00"},
+      {0.1, 20, false, "0.10000000000000000555"},
+      {1e22, 0, true, "10000000000000000000000"},
+      {1e23, 0, true, "99999999999999991611392"},
+      {0.0, 2, false, "0.00"},
+      {0.0, 2, true, "0"},
+      {-0.0, 0, true, "-0"},
+      // Values that round to nothing print as zero.
+      {0.001, 2, true, "0"},
+      {-0.001, 2, false, "-0.00"},
+      {1e-300, 3, true, "0"},
+      {0.3, 0, true, "0"},
+      {0.03, 0, true, "0"},
+      {0.005, 2, true, "0.01"},
+      {2.4, -3, false, "2"},  // a negative count means no decimals
+      {std::nan(""), 2, true, "NaN"},
+      {inf, 2, false, "inf"},
+      {-inf, 0, true, "-inf"}};
+  for (const auto &[value, decimals, trim, expected] : cases)
+    EXPECT_EQ(Printed(PrintDouble(value, decimals, trim)), expected) << value << " to " << decimals;
 
   // Decimals are capped at 100; the largest double prints all 309 of its digits.
   EXPECT_EQ(Printed(PrintDouble(1.0 / 3, 500, false)),
@@ -74,66 +73,46 @@ TEST(PrintDouble, RoundsTheExactValueAndTiesAwayFromZero) {
 }
 
 TEST(PrintDouble, CommasPercentagesAndSizes) {
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(1234567.891, 2)), "1,234,567.89");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(123456.0, 2)), "123,456");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(0.5, 2)), "0.5");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(-1234.5, 0)), "-1,235");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(12.0, 1)), "12");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(0.001, 2)), "0");
-  EXPECT_EQ(Printed(PrintDoubleWithCommas(std::nan(""), 2)), "NaN");
+  using Commas = PrintDoubleWithCommas;
+  EXPECT_EQ(Printed(Commas(1234567.891, 2), Commas(123456.0, 2), Commas(0.5, 2), Commas(-1234.5, 0),
+                    Commas(12.0, 1), Commas(0.001, 2), Commas(std::nan(""), 2)),
+            "1,234,567.89|123,456|0.5|-1,235|12|0|NaN");
+  EXPECT_EQ(Printed(PrintPercent(0.1234, 1), PrintPercent(1, 2)), "12.3%|100%");
 
-  EXPECT_EQ(Printed(PrintPercent(0.1234, 1)), "12.3%");
-  EXPECT_EQ(Printed(PrintPercent(1, 2)), "100%");
-
-  EXPECT_EQ(Printed(PrintSizeBytes(1000)), "1000 Bytes");
-  EXPECT_EQ(Printed(PrintSizeBytes(1023.96)), "1024 Bytes");
-  EXPECT_EQ(Printed(PrintSizeBytes(1536)), "1.5 KB");
-  EXPECT_EQ(Printed(PrintSizeBytes(-1536)), "-1.5 KB");
-  EXPECT_EQ(Printed(PrintSizeBytes(1048576)), "1 MB");
-  EXPECT_EQ(Printed(PrintSizeBytes(1073741823)), "1024 MB");
-  EXPECT_EQ(Printed(PrintSizeBytes(1073741824)), "1.02 GB");  // a thousand megabytes a gigabyte
-  EXPECT_EQ(Printed(PrintSizeBytes(std::nan(""))), "NaN MB");
-  EXPECT_EQ(Printed(PrintSizeBits(100)), "100 Bits");
-  EXPECT_EQ(Printed(PrintSizeBits(-100)), "-100 Bits");
-  EXPECT_EQ(Printed(PrintSizeBits(4096)), "512 Bytes");
+  using Bytes = PrintSizeBytes;
+  using Bits = PrintSizeBits;
+  // A thousand megabytes a gigabyte.
+  EXPECT_EQ(Printed(Bytes(1000), Bytes(1023.96), Bytes(1536), Bytes(-1536), Bytes(1048576),
+                    Bytes(1073741823), Bytes(1073741824), Bytes(std::nan(""))),
+            "1000 Bytes|1024 Bytes|1.5 KB|-1.5 KB|1 MB|1024 MB|1.02 GB|NaN MB");
+  EXPECT_EQ(Printed(Bits(100), Bits(-100), Bits(4096)), "100 Bits|-100 Bits|512 Bytes");
 }
 
 TEST(PrintInteger, MinimumDigitsOctalAndBits) {
-  EXPECT_EQ(Printed(PrintInt(7, 3)), "007");
-  EXPECT_EQ(Printed(PrintInt(-42, 5)), "-00042");
-  EXPECT_EQ(Printed(PrintInt(12345, 2)), "12345");
-  EXPECT_EQ(Printed(PrintInt(std::numeric_limits<int32_t>::min(), 0)), "-2147483648");
-
-  EXPECT_EQ(Printed(PrintOctal(0)), "0");
-  EXPECT_EQ(Printed(PrintOctal(8)), "10");
-  EXPECT_EQ(Printed(PrintOctal(-1)), "37777777777");
-
-  EXPECT_EQ(Printed(PrintBits(511, 8)), "1 11111111");
-  EXPECT_EQ(Printed(PrintBits(0x80000001u)), "10000000 00000000 00000000 00000001");
-  EXPECT_EQ(Printed(PrintBits(5, 2)), "101");
-  EXPECT_EQ(Printed(PrintBits(1, 33)), "00 00000000 00000000 00000000 00000001");
-  EXPECT_EQ(Printed(PrintBits(1, -1)), "");
+  EXPECT_EQ(Printed(PrintInt(7, 3), PrintInt(-42, 5), PrintInt(12345, 2),
+                    PrintInt(std::numeric_limits<int32_t>::min(), 0)),
+            "007|-00042|12345|-2147483648");
+  EXPECT_EQ(Printed(PrintOctal(0), PrintOctal(8), PrintOctal(-1)), "0|10|37777777777");
+  EXPECT_EQ(Printed(PrintBits(511, 8), PrintBits(0x80000001u), PrintBits(5, 2), PrintBits(1, 33),
+                    PrintBits(1, -1)),
+            "1 11111111|10000000 00000000 00000000 00000001|101|"
+            "00 00000000 00000000 00000000 00000001|");
 }
 
 TEST(PrintMemory, BytesInHexWithLineBreaksAfterSixtyCharacters) {
   const unsigned char few[] = {0x00, 0x1A, 0xFF};
-  EXPECT_EQ(Printed(PrintMemory(few, 3)), "{0x0, 0x1a, 0xff}");
-  EXPECT_EQ(Printed(PrintMemory(few, 0)), "{}");
+  EXPECT_EQ(Printed(PrintMemory(few, 3), PrintMemory(few, 0)), "{0x0, 0x1a, 0xff}|{}");
   // Each "0xff, " is six characters: the line passes 60 after eleven bytes.
   const std::string eleven = "0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, ";
-  const unsigned char many[23] = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
-                                  0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
-                                  0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+  unsigned char many[23];
+  std::memset(many, 0xFF, sizeof many);
   EXPECT_EQ(Printed(PrintMemory(many, 23)), "{" + eleven + "\r\n" + eleven + "\r\n0xff}");
 }
 
 TEST(PrintRuns, RepeatedCharactersAndIndentation) {
   EXPECT_EQ(Printed(PrintNTimes('x', 45)), std::string(45, 'x'));
-  EXPECT_EQ(Printed(PrintNTimes('x', 0)), "");
-  EXPECT_EQ(Printed(PrintNTimes('x', -3)), "");
-  EXPECT_EQ(Printed(Indenter(3)), "      ");
-  EXPECT_EQ(Printed(Indenter(200)), std::string(400, ' '));
-  EXPECT_EQ(Printed(Indenter(-1)), "");
+  EXPECT_EQ(Printed(PrintNTimes('x', 0), PrintNTimes('x', -3)), "|");
+  EXPECT_EQ(Printed(Indenter(3), Indenter(-1), Indenter(200)), "      ||" + std::string(400, ' '));
 }
 
 TEST(PrintDllName, FileNameOfTheExecutableAndTheLibrary) {

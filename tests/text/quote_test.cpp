@@ -5,6 +5,7 @@
 #include "support/strings.h"
 
 #include <string>
+#include <utility>
 
 namespace zel {
 namespace {
@@ -17,29 +18,23 @@ std::string Quoted(Write write) {
 }
 
 TEST(Quote, CharactersEscapedForQuotedStrings) {
-  const struct {
-    char c;
-    const char *expected;
-  } cases[] = {{'a', "a"},        {' ', " "},       {'"', "\\\""},     {'\\', "\\\\"},
-               {'\x7F', "\x7F"},  {'\x80', "\x80"}, {'\n', "\\012"},   {'\t', "\\011"},
-               {'\r', "\\015"},   {'\0', "\\000"},  {'\x1F', "\\037"}, {'\x81', "\\601"},
-               {'\xE9', "\\751"}, {'\xFF', "\\777"}};
-  for (const auto &c : cases)
-    EXPECT_EQ(Quoted([&](cstring &s) { WriteQuotedChar(s, c.c); }), c.expected)
-        << static_cast<int>(c.c);
+  const std::pair<char, const char *> cases[] = {
+      {'a', "a"},        {' ', " "},        {'"', "\\\""},     {'\\', "\\\\"},   {'\x7F', "\x7F"},
+      {'\x80', "\x80"},  {'\n', "\\012"},   {'\t', "\\011"},   {'\r', "\\015"},  {'\0', "\\000"},
+      {'\x1F', "\\037"}, {'\x81', "\\601"}, {'\xE9', "\\751"}, {'\xFF', "\\777"}};
+  for (const auto &[c, expected] : cases)
+    EXPECT_EQ(Quoted([c = c](cstring &s) { WriteQuotedChar(s, c); }), expected)
+        << static_cast<int>(c);
 }
 
 TEST(Quote, CharactersEscapedForXml) {
-  const struct {
-    char c;
-    const char *expected;
-  } cases[] = {{'a', "a"},        {' ', " "},        {'\t', "\\t"},  {'\n', "\\n"},
-               {'\r', "\\r"},     {'"', "&quot;"},   {'&', "&amp;"}, {'\'', "&apos;"},
-               {'<', "&lt;"},     {'>', "&gt;"},     {'\v', "\v"},   {'\x01', "\\001"},
-               {'\x7F', "\\177"}, {'\xE9', "\\751"}, {'\\', "\\"}};
-  for (const auto &c : cases)
-    EXPECT_EQ(Quoted([&](cstring &s) { WriteQuotedCharXML(s, c.c); }), c.expected)
-        << static_cast<int>(c.c);
+  const std::pair<char, const char *> cases[] = {
+      {'a', "a"},      {' ', " "},        {'\t', "\\t"},     {'\n', "\\n"},     {'\r', "\\r"},
+      {'"', "&quot;"}, {'&', "&amp;"},    {'\'', "&apos;"},  {'<', "&lt;"},     {'>', "&gt;"},
+      {'\v', "\v"},    {'\x01', "\\001"}, {'\x7F', "\\177"}, {'\xE9', "\\751"}, {'\\', "\\"}};
+  for (const auto &[c, expected] : cases)
+    EXPECT_EQ(Quoted([c = c](cstring &s) { WriteQuotedCharXML(s, c); }), expected)
+        << static_cast<int>(c);
 }
 
 TEST(Quote, PrintCharQuotesOneCharacter) {

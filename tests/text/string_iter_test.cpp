@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
+#include <tuple>
 
 namespace zel {
 namespace {
@@ -14,16 +15,12 @@ namespace {
 using test::Str;
 
 TEST(StringIter, NewLinesAndLines) {
-  const struct {
-    std::string_view text;
-    bool skipped;
-    int position;
-  } newlines[] = {
+  const std::tuple<std::string_view, bool, int> newlines[] = {
       {"\r\nx", true, 2}, {"\n\r", true, 1}, {"\r", true, 1}, {"x\n", false, 0}, {"", false, 0}};
-  for (const auto &c : newlines) {
-    StringIter it(c.text);
-    EXPECT_EQ(it.SkipNewLine(), c.skipped) << c.text;
-    EXPECT_EQ(it.position(), c.position) << c.text;
+  for (const auto &[text, skipped, position] : newlines) {
+    StringIter it(text);
+    EXPECT_EQ(it.SkipNewLine(), skipped) << text;
+    EXPECT_EQ(it.position(), position) << text;
   }
 
   StringIter lines("a\r\nb\nc\r\rd");
@@ -45,21 +42,17 @@ TEST(StringIter, RunsOfCharactersAndMultiLineHeaders) {
   EXPECT_FALSE(run.SkipNChars('=', 3));
   EXPECT_TRUE(run.SkipNChars('=', 2) && run.Peek() == 'x');
 
-  const struct {
-    std::string_view text;
-    bool ok;
-    int count, position;
-  } headers[] = {{"[[\r\nx", true, 2, 4},
-                 {"[\n", true, 1, 2},
-                 {"\n", true, 0, 1},
-                 {"[[x", false, 0, 0},
-                 {"[[", false, 0, 0}};
-  for (const auto &c : headers) {
-    StringIter it(c.text);
+  const std::tuple<std::string_view, bool, int, int> headers[] = {{"[[\r\nx", true, 2, 4},
+                                                                  {"[\n", true, 1, 2},
+                                                                  {"\n", true, 0, 1},
+                                                                  {"[[x", false, 0, 0},
+                                                                  {"[[", false, 0, 0}};
+  for (const auto &[text, ok, expected_count, position] : headers) {
+    StringIter it(text);
     int count = -1;
-    EXPECT_EQ(it.SkipMultiLineHeader(count), c.ok) << c.text;
-    EXPECT_EQ(count, c.count) << c.text;
-    EXPECT_EQ(it.position(), c.position) << c.text;
+    EXPECT_EQ(it.SkipMultiLineHeader(count), ok) << text;
+    EXPECT_EQ(count, expected_count) << text;
+    EXPECT_EQ(it.position(), position) << text;
   }
 }
 
@@ -95,40 +88,35 @@ TEST(StringIter, WordsAndTokens) {
 }
 
 TEST(StringIter, IntegersKeepTheWeakOverflowCheck) {
-  const struct {
-    std::string_view text;
-    bool ok;
-    int value, position;
-  } cases[] = {{"  42abc", true, 42, 4},
-               {"  abc", false, -1, 0},  // no digit: back to the start
-               {"  ", false, -1, 2},     // only white space: after it
-               {" -", false, -1, 2},
-               {"+7", true, 7, 2},
-               {"2147483647", true, 2147483647, 10},
-               {"2147483648", true, 2147483647, 10},   // the sum turned negative: saturated
-               {"21474836480", true, 2147483647, 10},  // and the digits after it stay unread
-               {"9999999999", true, 1410065407, 10},   // wrapped to a positive sum: kept (intended)
-               {"-2147483648", true, -2147483647, 11}};  // saturated before the sign
-  for (const auto &c : cases) {
-    StringIter it(c.text);
+  const std::tuple<std::string_view, bool, int, int> cases[] = {
+      {"  42abc", true, 42, 4},
+      {"  abc", false, -1, 0},  // no digit: back to the start
+      {"  ", false, -1, 2},     // only white space: after it
+      {" -", false, -1, 2},
+      {"+7", true, 7, 2},
+      {"2147483647", true, 2147483647, 10},
+      {"2147483648", true, 2147483647, 10},     // the sum turned negative: saturated
+      {"21474836480", true, 2147483647, 10},    // and the digits after it stay unread
+      {"9999999999", true, 1410065407, 10},     // wrapped to a positive sum: kept (intended)
+      {"-2147483648", true, -2147483647, 11}};  // saturated before the sign
+  for (const auto &[text, ok, expected, position] : cases) {
+    StringIter it(text);
     int value = -1;
-    EXPECT_EQ(it.MaybeParseInteger(value), c.ok) << c.text;
-    EXPECT_EQ(value, c.value) << c.text;
-    EXPECT_EQ(it.position(), c.position) << c.text;
+    EXPECT_EQ(it.MaybeParseInteger(value), ok) << text;
+    EXPECT_EQ(value, expected) << text;
+    EXPECT_EQ(it.position(), position) << text;
   }
 
   // The bounded form always advances by the whole window (intended).
   StringIter fields("12345 ab");
-  int value = -1;
-  EXPECT_TRUE(fields.MaybeParseInteger(value, 3));
-  EXPECT_EQ(value, 123);
-  EXPECT_TRUE(fields.MaybeParseInteger(value, 2));
-  EXPECT_EQ(value, 45);
-  EXPECT_FALSE(fields.MaybeParseInteger(value, 2));
-  EXPECT_EQ(value, 0);
-  EXPECT_EQ(fields.position(), 7);
-  EXPECT_FALSE(fields.MaybeParseInteger(value, 100));
-  EXPECT_EQ(fields.position(), 8);
+  const std::tuple<int, bool, int, int> windows[] = {
+      {3, true, 123, 3}, {2, true, 45, 5}, {2, false, 0, 7}, {100, false, 0, 8}};
+  for (const auto &[window, ok, expected, position] : windows) {
+    int value = -1;
+    EXPECT_EQ(fields.MaybeParseInteger(value, window), ok) << window;
+    EXPECT_EQ(value, expected) << window;
+    EXPECT_EQ(fields.position(), position) << window;
+  }
 
   StringIter wide("9223372036854775808 -12345678901 x");
   int64_t big = 0;
@@ -143,23 +131,19 @@ TEST(StringIter, IntegersKeepTheWeakOverflowCheck) {
 }
 
 TEST(StringIter, DecimalNumbers) {
-  const struct {
-    std::string_view text;
-    bool ok;
-    double value;
-    int position;
-  } cases[] = {{".5", true, 0.5, 2},         {"5.", true, 5, 2},
-               {"1e3", true, 1000, 3},       {" -2.5E-3x", true, -0.0025, 8},
-               {"+.25e+1", true, 2.5, 7},    {"1e", false, -1, 0},
-               {" 1e+", false, -1, 0},       {" .", false, -1, 0},
-               {" -", false, -1, 0},         {"  ", false, -1, 2},
-               {"1e400", true, HUGE_VAL, 5}, {"0e400", true, 0, 5}};
-  for (const auto &c : cases) {
-    StringIter it(c.text);
+  const std::tuple<std::string_view, bool, double, int> cases[] = {
+      {".5", true, 0.5, 2},         {"5.", true, 5, 2},
+      {"1e3", true, 1000, 3},       {" -2.5E-3x", true, -0.0025, 8},
+      {"+.25e+1", true, 2.5, 7},    {"1e", false, -1, 0},
+      {" 1e+", false, -1, 0},       {" .", false, -1, 0},
+      {" -", false, -1, 0},         {"  ", false, -1, 2},
+      {"1e400", true, HUGE_VAL, 5}, {"0e400", true, 0, 5}};
+  for (const auto &[text, ok, expected, position] : cases) {
+    StringIter it(text);
     double value = -1;
-    EXPECT_EQ(it.MaybeParseDouble(value), c.ok) << c.text;
-    EXPECT_EQ(value, c.value) << c.text;
-    EXPECT_EQ(it.position(), c.position) << c.text;
+    EXPECT_EQ(it.MaybeParseDouble(value), ok) << text;
+    EXPECT_EQ(value, expected) << text;
+    EXPECT_EQ(it.position(), position) << text;
   }
   // Short numbers are exact: the same double as the C library's.
   for (const char *text : {"0.1", "3.14159", "-123.456", "1e22", "4.35", "999999999.999999",
@@ -186,20 +170,17 @@ TEST(StringIter, DecimalNumbers) {
 }
 
 TEST(StringIter, CommaGroupedNumbers) {
-  const struct {
-    std::string_view text;
-    int integer, position;
-  } integers[] = {{" 1,234,567", 1234567, 10},
-                  {"1234,567", 1234567, 8},
-                  {"1,2", 1, 1},
-                  {"1,2345", 1, 1},
-                  {"1,234,5", 1234, 5},
-                  {"-2,147,483,648", -2147483647, 14},
-                  {" x", -9, 0}};
-  for (const auto &c : integers) {
-    StringIter it(c.text);
-    EXPECT_EQ(it.ParseIntegerWithCommas(-9), c.integer) << c.text;
-    EXPECT_EQ(it.position(), c.position) << c.text;
+  const std::tuple<std::string_view, int, int> integers[] = {{" 1,234,567", 1234567, 10},
+                                                             {"1234,567", 1234567, 8},
+                                                             {"1,2", 1, 1},
+                                                             {"1,2345", 1, 1},
+                                                             {"1,234,5", 1234, 5},
+                                                             {"-2,147,483,648", -2147483647, 14},
+                                                             {" x", -9, 0}};
+  for (const auto &[text, integer, position] : integers) {
+    StringIter it(text);
+    EXPECT_EQ(it.ParseIntegerWithCommas(-9), integer) << text;
+    EXPECT_EQ(it.position(), position) << text;
   }
   StringIter digits("12,345.25,5");
   EXPECT_EQ(digits.ParseDigitsWithCommas(), 12345);

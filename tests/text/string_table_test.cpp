@@ -13,12 +13,6 @@ namespace {
 
 using test::Str;
 
-cstring Numbered(const char *prefix, int i) {
-  cstring name(prefix);
-  name << i;
-  return name;
-}
-
 // A map hashed on the first character alone, so that tests know each key's bucket and that case
 // changes it.
 class FirstCharMap : public StrMapBase {
@@ -90,14 +84,14 @@ TEST(StringTableMT, InternsEachTextOnce) {
 TEST(StringTableMT, RehashesPastThreeEntriesPerBucket) {
   StringTableMT table;
   std::vector<const char *> interned;
-  auto intern = [&](int i) { interned.push_back(table.GetOrCreateIndex(Numbered("text", i))); };
+  auto intern = [&](int i) { interned.push_back(table.GetOrCreateIndex(Formatted("text%d", i))); };
   for (int i = 0; i < 22; ++i) intern(i);
   EXPECT_EQ(table.BucketCount(), 7);
   intern(22);
   EXPECT_EQ(table.BucketCount(), 31);  // the next prime above 22
   for (int i = 23; i < 95; ++i) intern(i);
   EXPECT_EQ(table.BucketCount(), 127);  // past 93 entries
-  for (int i = 0; i < 95; ++i) EXPECT_EQ(table.GetIndex(Numbered("text", i)), interned[i]) << i;
+  for (int i = 0; i < 95; ++i) EXPECT_EQ(table.GetIndex(Formatted("text%d", i)), interned[i]) << i;
 
   MemUsageInfo usage;
   table.AddMemUsage(usage);
@@ -117,7 +111,7 @@ TEST(StringTableMT, ThreadsAgreeOnInternedPointers) {
     start.Wait();
     for (int k = 0; k < kSpan; ++k) {
       int i = (t * kSpan / 2 + (t % 2 ? kSpan - 1 - k : k)) % kNames;
-      cstring name = Numbered("thread.name.", i);
+      cstring name = Formatted("thread.name.%d", i);
       seen[t][i] = table.GetOrCreateIndex(name);
       ids[t][i] = InternString(name);
     }
@@ -127,7 +121,7 @@ TEST(StringTableMT, ThreadsAgreeOnInternedPointers) {
 
   EXPECT_EQ(table.Count(), kNames);
   for (int i = 0; i < kNames; ++i) {
-    cstring name = Numbered("thread.name.", i);
+    cstring name = Formatted("thread.name.%d", i);
     for (int t = 0; t < kThreads; ++t) {
       if (seen[t][i] == nullptr) continue;
       EXPECT_EQ(seen[t][i], table.GetIndex(name)) << i;

@@ -4,6 +4,7 @@
 #include "support/strings.h"
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace zel {
@@ -62,30 +63,24 @@ TEST(Tok, SplitsAndRemovesAroundTheFirstSeparator) {
 }
 
 TEST(Tok, TabsToSpacesCountsColumnsAcrossCalls) {
-  const struct {
-    const char *text;
-    int width, column_in;
-    const char *expected;
-    int column_out;
-  } cases[] = {{"a\tbc\td", 4, 0, "a   bc  d", 9},
-               {"\t", 4, 2, "  ", 4},  // continues a line at column 2
-               {"ab\n\tx\r\t", 3, 0, "ab\n   x\r   ", 3},
-               {"a\tb", 0, 0, "a b", 3},  // a width below 1 counts as 1
-               {"no tabs", 8, 5, "no tabs", 12}};
-  for (const auto &c : cases) {
-    cstring s(c.text);
-    int column = c.column_in;
-    tok::TabsToSpaces(s, c.width, &column);
-    EXPECT_EQ(Str(s), c.expected) << c.text;
-    EXPECT_EQ(column, c.column_out) << c.text;
+  const std::tuple<const char *, int, int, const char *, int> cases[] = {
+      {"a\tbc\td", 4, 0, "a   bc  d", 9},
+      {"\t", 4, 2, "  ", 4},  // continues a line at column 2
+      {"ab\n\tx\r\t", 3, 0, "ab\n   x\r   ", 3},
+      {"a\tb", 0, 0, "a b", 3},  // a width below 1 counts as 1
+      {"no tabs", 8, 5, "no tabs", 12}};
+  for (const auto &[text, width, column_in, expected, column_out] : cases) {
+    cstring s(text);
+    int column = column_in;
+    tok::TabsToSpaces(s, width, &column);
+    EXPECT_EQ(Str(s), expected) << text;
+    EXPECT_EQ(column, column_out) << text;
   }
 }
 
 TEST(Tok, CsvFieldsKeepQuotedSeparators) {
-  const struct {
-    const char *line;
-    std::vector<std::string> views, values;
-  } cases[] = {
+  using Fields = std::vector<std::string>;
+  const std::tuple<const char *, Fields, Fields> cases[] = {
       {"", {}, {}},
       {"a,,b,", {"a", "", "b", ""}, {"a", "", "b", ""}},
       {" a , b", {" a ", " b"}, {" a ", " b"}},
@@ -94,13 +89,13 @@ TEST(Tok, CsvFieldsKeepQuotedSeparators) {
       {"\"ab\"cd,e", {"ab", "e"}, {"ab", "e"}},         // after the closing quote: ignored
       {"1,\"open, to the end", {"1", "open, to the end"}, {"1", "open, to the end"}},
   };
-  for (const auto &c : cases) {
+  for (const auto &[line, expected_views, expected_values] : cases) {
     TAry<strptr> views;
     TAry<cstring> values;
-    EXPECT_EQ(tok::GetCSVTokens(c.line, views), static_cast<int>(c.views.size())) << c.line;
-    tok::GetCSVTokens(c.line, values);
-    EXPECT_EQ(Strs(views), c.views) << c.line;
-    EXPECT_EQ(Strs(values), c.values) << c.line;
+    EXPECT_EQ(tok::GetCSVTokens(line, views), static_cast<int>(expected_views.size())) << line;
+    tok::GetCSVTokens(line, values);
+    EXPECT_EQ(Strs(views), expected_views) << line;
+    EXPECT_EQ(Strs(values), expected_values) << line;
   }
 }
 
