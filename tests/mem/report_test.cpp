@@ -26,12 +26,10 @@ TEST(Statistics, ReportEveryArenaAndTheClassesInUse) {
   GetMemoryAllocator()->PrintStats(report);
   std::string text = test::Str(report);
   EXPECT_EQ(text.rfind("Allocator Stats\r\nAllocator 0\r\n", 0), 0u) << text;
-  EXPECT_NE(text.find("\tBlocks of size 128: "), std::string::npos) << text;
-  EXPECT_NE(text.find(" active, "), std::string::npos);
-  EXPECT_NE(text.find("Allocator dedicated"), std::string::npos);
   for (const char *line :
-       {"Number of system blocks: ", "Bytes allocated to user: ", "Bytes allocated from system: "})
-    EXPECT_NE(text.find(line), std::string::npos) << line;
+       {"\tBlocks of size 128: ", " active, ", "Allocator dedicated",
+        "Number of system blocks: ", "Bytes allocated to user: ", "Bytes allocated from system: "})
+    EXPECT_NE(text.find(line), std::string::npos) << line << " in " << text;
   FreeX(block);
 }
 

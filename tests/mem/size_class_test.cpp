@@ -23,15 +23,12 @@ TEST(SizeClass, RequestsRoundUpToPowersOfTwoFromEightAndImpossibleOnesGiveNull) 
   }
   for (int size : {-1, INT_MIN, (1 << 30) + 1, INT_MAX}) EXPECT_EQ(GAlloc(size), nullptr) << size;
   GFree(nullptr);
-  EXPECT_NE(GetMemoryAllocator(), nullptr);
 }
 
 TEST(GRealloc, MovesAcrossClassesKeepingTheContentsStaysWithinOneAndKeepsTheBlockOnFailure) {
-  void *p = GRealloc(nullptr, 5);
-  ASSERT_NE(p, nullptr);
-  test::Stamp(p, 1, 0, 5);
-  int size = 5;
-  for (int next : {20, 300, 5000, 70000, 40, 3}) {
+  void *p = nullptr;  // the first resize allocates
+  int size = 0;
+  for (int next : {5, 20, 300, 5000, 70000, 40, 3}) {
     void *q = GRealloc(p, next);
     ASSERT_NE(q, nullptr) << next;
     EXPECT_NE(q, p) << size << " -> " << next;

@@ -11,22 +11,11 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
-#include <numeric>
+#include <random>
 #include <vector>
 
 namespace zel {
 namespace {
-
-// xorshift32: the same sequence on every platform.
-struct Random {
-  uint32_t state;
-  int Below(int n) {
-    state ^= state << 13;
-    state ^= state >> 17;
-    state ^= state << 5;
-    return static_cast<int>(state % static_cast<uint32_t>(n));
-  }
-};
 
 // A block, its size, and the tag its bytes are derived from (test::Stamp).
 struct Tagged {
@@ -51,25 +40,25 @@ bool ArriveAndWait(std::atomic<int> &arrived, int count) {
 // Lets every shared arena take back what other threads handed back to it.
 void DrainSharedArenas() {
   for (mem::Arena &a : mem::State().shared) {
-    a.lock().Enter();
+    LightLockHold hold(a.lock());
     a.Free(mem::SlotOf(a.Alloc(mem::kMinClass)));
-    a.lock().Leave();
   }
 }
 
 TEST(Stress, ThreadsHandingBlocksAroundKeepEveryBlockIntactAndCounted) {
   constexpr int kThreads = 4, kOps = 40000, kMaxLive = 200;
-  int64_t made[kThreads] = {};  // blocks allocated, moves by GRealloc included
+  std::atomic<int64_t> made{0};  // blocks allocated, moves by GRealloc included
   Inbox inboxes[kThreads];
   std::atomic<int> started{0}, loops_done{0}, all_freed{0};
   DrainSharedArenas();
   AllocatorCounts before = GetMemoryAllocator()->Counts();
 
-  auto body = [&](int id) {
+  test::TestThreads threads(kThreads, [&](int id) {
     bool dedicated = id % 2 == 0;
-    Random random{0x9E3779B9u * static_cast<uint32_t>(id + 1)};
+    std::minstd_rand random(static_cast<uint32_t>(id + 1));  // the same sequence everywhere
+    auto below = [&](int n) { return static_cast<int>(random() % static_cast<uint32_t>(n)); };
     uint32_t next_tag = static_cast<uint32_t>(id) << 24;
-    int64_t active_at_start = 0;  // in the thread's dedicated arena
+    int64_t made_here = 0, active_at_start = 0;  // the latter in the thread's dedicated arena
     if (dedicated) {
       EXPECT_TRUE(GetMemoryAllocator()->Dedicate()) << id;
       GFree(GAlloc(8));  // takes back what a previous owner's blocks left on the remote list
@@ -83,28 +72,23 @@ TEST(Stress, ThreadsHandingBlocksAroundKeepEveryBlockIntactAndCounted) {
     };
     auto empty_inbox = [&] {
       std::vector<Tagged> got;
-      {
-        std::lock_guard lock(inboxes[id].mutex);
-        got.swap(inboxes[id].blocks);
-      }
+      std::unique_lock lock(inboxes[id].mutex);
+      got.swap(inboxes[id].blocks);
+      lock.unlock();
       for (const Tagged &b : got) release(b);
     };
     for (int op = 0; op < kOps; ++op) {
       if (op % 64 == 0) empty_inbox();
-      int action = random.Below(100);
+      int action = below(100), size = 8 + below(2041);
       if (live.empty() || (action < 45 && static_cast<int>(live.size()) < kMaxLive)) {
-        int size = 8 + random.Below(2041);
         Tagged b{static_cast<unsigned char *>(GAlloc(size)), size, next_tag++};
-        if (b.data == nullptr) {
-          ADD_FAILURE() << "GAlloc (" << size << ") failed";
-          continue;
-        }
-        ++made[id];
+        ASSERT_NE(b.data, nullptr) << "GAlloc (" << size << ") failed";
+        ++made_here;
         test::Stamp(b.data, b.tag, 0, size);
         live.push_back(b);
         continue;
       }
-      size_t pick = static_cast<size_t>(random.Below(static_cast<int>(live.size())));
+      size_t pick = static_cast<size_t>(below(static_cast<int>(live.size())));
       Tagged b = live[pick];
       live[pick] = live.back();
       live.pop_back();
@@ -115,22 +99,17 @@ TEST(Stress, ThreadsHandingBlocksAroundKeepEveryBlockIntactAndCounted) {
         std::lock_guard lock(next.mutex);
         next.blocks.push_back(b);
       } else {
-        int size = 8 + random.Below(2041), kept = std::min(size, b.size);
         auto *resized = static_cast<unsigned char *>(GRealloc(b.data, size));
-        if (resized == nullptr) {
-          ADD_FAILURE() << "GRealloc (" << size << ") failed";
-          release(b);
-          continue;
-        }
-        made[id] += resized != b.data;
-        b.data = resized;
-        EXPECT_TRUE(test::Intact(b.data, b.tag, kept)) << "damaged by GRealloc to " << size;
-        b.size = size;
-        test::Stamp(b.data, b.tag, kept, size);
-        live.push_back(b);
+        ASSERT_NE(resized, nullptr) << "GRealloc (" << size << ") failed";
+        made_here += resized != b.data;
+        int kept = std::min(size, b.size);
+        EXPECT_TRUE(test::Intact(resized, b.tag, kept)) << "damaged by GRealloc to " << size;
+        test::Stamp(resized, b.tag, kept, size);
+        live.push_back({resized, size, b.tag});
       }
     }
     for (const Tagged &b : live) release(b);
+    made += made_here;
     EXPECT_TRUE(ArriveAndWait(loops_done, kThreads)) << id;
     empty_inbox();
     EXPECT_TRUE(ArriveAndWait(all_freed, kThreads)) << id;
@@ -139,13 +118,12 @@ TEST(Stress, ThreadsHandingBlocksAroundKeepEveryBlockIntactAndCounted) {
       EXPECT_EQ(test::ActiveInDedicated(os::CurrentThreadId()), active_at_start) << id;
     }
     ReleaseThreadAllocatorRecord();
-  };
-  test::TestThreads threads(kThreads, body);
+  });
   ASSERT_TRUE(threads.JoinAll(120000));
   DrainSharedArenas();
 
   AllocatorCounts after = GetMemoryAllocator()->Counts();
-  EXPECT_GE(after.allocs - before.allocs, std::accumulate(made, made + kThreads, int64_t{0}));
+  EXPECT_GE(after.allocs - before.allocs, made.load());
   EXPECT_EQ(after.allocs - before.allocs, after.frees - before.frees);
   // The arenas hold the pages taken from the heap and not given back.
   int64_t pages = 0;

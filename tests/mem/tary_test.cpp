@@ -54,8 +54,7 @@ TEST(TAry, KeepsOrderThroughEditsAndGrowthAndPtrTAryFindsItsPointers) {
 
   int a = 0, b = 0, c = 0;
   PtrTAry<int> pointers;
-  pointers.Add(&a);
-  pointers.Add(&b);
+  for (int *p : {&a, &b}) pointers.Add(p);
   EXPECT_EQ(pointers.Find(&b), 1);
   EXPECT_EQ(pointers.Find(&c), -1);
 }

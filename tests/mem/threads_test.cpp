@@ -1,5 +1,4 @@
-// Threads meeting in the global allocator: remote frees, dedicated arenas, collisions and moves
-// between shared arenas.
+// Threads meeting in the global allocator: remote frees, dedicated arenas, collisions, moves.
 #include <zel/mem/allocator.h>
 
 #include "mem/allocator_state.h"
@@ -9,6 +8,7 @@
 #include "support/log_capture.h"
 #include "support/test_thread.h"
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -19,8 +19,7 @@ using mem::Arena;
 
 Arena *ArenaOf(void *block) { return mem::PageOf(block)->arena; }
 
-// Runs `body` on a new thread that gives its allocator record up at the end, as the exit work of
-// the library's threads does.
+// Runs `body` on a new thread that gives its allocator record up at the end, as library threads do.
 void OnNewThread(const std::function<void()> &body) {
   ASSERT_TRUE(test::RunOnThread([&] {
     body();
@@ -54,15 +53,13 @@ TEST(Dedicated, FreesFromOtherThreadsWaitOnTheRemoteListUntilTheOwnerAllocates) 
   OnNewThread([] {
     ASSERT_TRUE(GetMemoryAllocator()->Dedicate());
     uint32_t me = os::CurrentThreadId();
-    std::vector<void *> blocks;
-    for (int i = 0; i < 50; ++i) blocks.push_back(GAlloc(64));
+    std::vector<void *> blocks(50);
+    for (void *&b : blocks) b = GAlloc(64);
     ASSERT_FALSE(ArenaOf(blocks[0])->Shared());
     int64_t active = test::ActiveInDedicated(me, 64);
     AllocatorCounts counts = GetMemoryAllocator()->Counts();
 
-    OnNewThread([&] {
-      for (void *b : blocks) GFree(b);
-    });
+    OnNewThread([&] { std::for_each(blocks.begin(), blocks.end(), GFree); });
     EXPECT_EQ(test::ActiveInDedicated(me, 64), active);
     EXPECT_EQ(GetMemoryAllocator()->Counts().frees, counts.frees);
 
@@ -118,11 +115,10 @@ TEST(Dedicated, AFourthThreadFindsAllGoneAndStaysOnTheSharedArenas) {
   OnNewThread([] { EXPECT_TRUE(GetMemoryAllocator()->Dedicate()); });
 }
 
-// A fresh thread makes counts[i] allocations in shared arena i, each time moving on by colliding:
-// it holds its current arena's lock itself, so its next allocation counts a collision and is
-// served by the next arena, where it has no collisions yet, and the thread moves there. The third
-// collision, in arena 2 (ratio 1 / (counts[2] + 1) × 0.98), is served by arena 0 (ratio 1 /
-// (counts[0] + 1)). Returns the arena that serves the thread's next allocation.
+// A fresh thread makes counts[i] allocations in shared arena i, then collides by holding that
+// arena's lock itself: the next arena serves it and it moves there. The third collision, in arena
+// 2 (ratio 1 / (counts[2] + 1) × 0.98), is served by arena 0 (ratio 1 / (counts[0] + 1)).
+// Returns the arena that serves the thread's next allocation.
 int ArenaAfterThreeCollisions(const int counts[3]) {
   mem::AllocatorState &state = mem::State();
   int where = -1;

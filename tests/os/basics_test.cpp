@@ -79,7 +79,6 @@ TEST(CritSect, IsRecursiveAndExcludesOtherThreads) {
   EXPECT_FALSE(test::FreeForOthers(lock));
   lock.Leave();
   EXPECT_TRUE(test::FreeForOthers(lock));
-  // Many increments under the lock from several threads lose none.
   EXPECT_EQ(test::CountUnderLock<CritSectLock>(lock), 80000);
 }
 
@@ -100,7 +99,6 @@ TEST(Console, WritesToStandardOutput) { EXPECT_TRUE(ConsoleWrite("console check\
 
 TEST(WakePort, SignalsCoalesceUntilDrained) {
   WakePort port;
-  EXPECT_FALSE(port.IsOpen());
   ASSERT_TRUE(port.Open());
   EXPECT_FALSE(port.Drain());
   port.Signal();
@@ -108,7 +106,6 @@ TEST(WakePort, SignalsCoalesceUntilDrained) {
   EXPECT_TRUE(port.Drain());
   EXPECT_FALSE(port.Drain());
 
-  // Another thread's signal is seen here.
   ASSERT_TRUE(test::RunOnThread([&] { port.Signal(); }));
   EXPECT_TRUE(port.Drain());
   port.Close();

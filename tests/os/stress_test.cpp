@@ -25,8 +25,8 @@ TEST(Stress, PingPongOnAutoResetEventsLosesNoWakeUp) {
 
 TEST(Stress, SemaphoreUnitsAreEachTakenExactlyOnce) {
   test::TestHandle s(CreateSemaphore(0, 0x7FFFFFFF));
-  constexpr int kPerProducer = 20000, kProducers = 2, kConsumers = 2;
-  constexpr int kTotal = kPerProducer * kProducers;
+  constexpr int kPerProducer = 20000, kProducers = 2, kConsumers = 2,
+                kTotal = kPerProducer * kProducers;
   std::atomic<int> taken{0};
   // Each consumer takes units until it takes one beyond the total: one of the closing units
   // released below once the producers are done.
@@ -73,15 +73,12 @@ TEST(Stress, WaitOnSeveralObjectsReleasedFromSeveralThreads) {
   EXPECT_EQ(WaitMany(kSignallers, signals, true, 10000, false), kWaitObject0);
   ASSERT_TRUE(setters.JoinAll());
   for (int i = 0; i < kSignallers; ++i) EXPECT_EQ(WaitOne(signals[i], 0, false), kWaitTimeout);
-  for (int i = 0; i < kSignallers; ++i) {
-    CloseHandle(signals[i]);
-    CloseHandle(acks[i]);
-  }
+  for (Handle h : signals) CloseHandle(h);
+  for (Handle h : acks) CloseHandle(h);
 }
 
 struct Flood {
-  std::atomic<int> total{0};
-  std::atomic<int> out_of_order{0};
+  std::atomic<int> total{0}, out_of_order{0};
   int last[4] = {-1, -1, -1, -1};  // touched only on the target thread
 };
 Flood *g_flood = nullptr;

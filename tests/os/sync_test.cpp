@@ -56,7 +56,6 @@ TEST(Wait, AnyTakesTheLowestSignalledObjectOnlyAndAllTakesEveryObjectOrNone) {
   EXPECT_EQ(WaitMany(3, all, false, 0, false), kWaitObject0 + 2);
   EXPECT_EQ(WaitMany(3, all, false, 0, false), kWaitTimeout);
 
-  // Wait-all takes every object at once, or none.
   TestHandle e(CreateEvent(false, true)), s(CreateSemaphore(0, 5));
   Handle both[] = {e, s};
   EXPECT_EQ(WaitMany(2, both, true, 0, false), kWaitTimeout);

@@ -43,21 +43,18 @@ TEST(Thread, StartsSuspendedKeepsItsPriorityAndItsHandleIsSignalledAtItsEnd) {
   EXPECT_TRUE(thread.Join());
 }
 
-// APCs record the order they ran in and the thread they ran on.
-struct ApcLog {
-  std::vector<int> order;
-  std::vector<uint32_t> threads;
-};
-ApcLog *g_log = nullptr;
+// What the APCs ran with, and where.
+std::vector<int> g_order;
+std::vector<uint32_t> g_threads;
 
 void ZEL_CALLBACK Record(uintptr_t value) {
-  g_log->order.push_back(static_cast<int>(value));
-  g_log->threads.push_back(CurrentThreadId());
+  g_order.push_back(static_cast<int>(value));
+  g_threads.push_back(CurrentThreadId());
 }
 
 TEST(Apc, EndAnAlertableWaitAndThoseQueuedWhileBusyRunInOrderAtTheNextOne) {
-  ApcLog log;
-  g_log = &log;
+  g_order.clear();
+  g_threads.clear();
   test::TestEvent never, waiting, busy, go;
   test::TestThread target([&] {
     waiting.Set();
@@ -65,7 +62,7 @@ TEST(Apc, EndAnAlertableWaitAndThoseQueuedWhileBusyRunInOrderAtTheNextOne) {
     busy.Set();
     go.Wait();                                               // busy: not alertable
     EXPECT_EQ(SleepEx(10, false), 0u);                       // APCs wait for an alertable wait
-    EXPECT_EQ(log.order.size(), 1u);                         // only the first has run
+    EXPECT_EQ(g_order.size(), 1u);                           // only the first has run
     EXPECT_EQ(SleepEx(kInfinite, true), kWaitIoCompletion);  // runs them all, then returns
   });
   ASSERT_TRUE(waiting.Wait());
@@ -74,22 +71,22 @@ TEST(Apc, EndAnAlertableWaitAndThoseQueuedWhileBusyRunInOrderAtTheNextOne) {
   for (int i = 1; i <= 100; ++i) ASSERT_TRUE(QueueApc(Record, target.handle(), i));
   go.Set();
   ASSERT_TRUE(target.Join());
-  ASSERT_EQ(log.order.size(), 101u);
-  for (int i = 0; i <= 100; ++i) EXPECT_EQ(log.order[i], i);
-  for (uint32_t id : log.threads) EXPECT_EQ(id, target.id());
+  ASSERT_EQ(g_order.size(), 101u);
+  for (int i = 0; i <= 100; ++i) EXPECT_EQ(g_order[i], i);
+  for (uint32_t id : g_threads) EXPECT_EQ(id, target.id());
 }
 
 TEST(Apc, RunsOnTheCallingThreadThroughItsPseudoHandleButCannotGoToAnEndedThread) {
-  ApcLog log;
-  g_log = &log;
+  g_order.clear();
+  g_threads.clear();
   ASSERT_TRUE(QueueApc(Record, kCurrentThread, 3));
   EXPECT_EQ(SleepEx(0, true), kWaitIoCompletion);
-  EXPECT_EQ(log.order, std::vector<int>{3});
+  EXPECT_EQ(g_order, std::vector<int>{3});
 
   test::TestThread ended([] {});
   ASSERT_EQ(WaitOne(ended.handle(), 10000, false), kWaitObject0);
   EXPECT_FALSE(QueueApc(Record, ended.handle(), 1));
-  EXPECT_EQ(log.order, std::vector<int>{3});
+  EXPECT_EQ(g_order, std::vector<int>{3});
 }
 
 }  // namespace

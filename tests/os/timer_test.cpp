@@ -39,8 +39,6 @@ void ZEL_CALLBACK Completion(void *arg, uint32_t, uint32_t) {
   ++log->calls;
 }
 
-// Another thread arms the timer again while this one waits on it: the wait ends at the new due
-// time, and the routine runs on the arming thread, in its alertable wait.
 TEST(Timer, ArmingAgainMovesAWaitInProgressAndTheRoutineRunsOnTheArmingThread) {
   TestHandle t(CreateWaitableTimer(false));
   ASSERT_TRUE(SetWaitableTimer(t, 1000000 * kMs, 0, nullptr, nullptr));

@@ -9,7 +9,6 @@ namespace zel {
 namespace {
 
 struct Recorder {
-  Recorder(std::vector<int> *c, int i) : calls(c), id(i) {}
   std::vector<int> *calls;
   int id;
   Hook0V *add_when_called = nullptr;
@@ -22,7 +21,7 @@ struct Recorder {
 
 TEST(ThreadExitHooks, CanBeRunEarlyAndRunAtTheThreadsEndNewestFirstAndOnce) {
   std::vector<int> calls;
-  Recorder early(&calls, 0), one(&calls, 1), two(&calls, 2), late(&calls, 3);
+  Recorder early{&calls, 0}, one{&calls, 1}, two{&calls, 2}, late{&calls, 3};
   Hook0V late_hook = late.Hook();
   two.add_when_called = &late_hook;  // added while the hooks run: runs too
   ASSERT_TRUE(test::RunOnThread([&] {
