@@ -63,7 +63,7 @@ TEST(ErrorSE, PrintsItsCodeAndDescription) {
       {0xC0000005, "0xc0000005 : Memory access violation."},
       {0xC0000094, "0xc0000094 : Divide by zero. "},
       {0x80000004, "0x80000004 : Trace trap."},
-      {0x12345, "0x12345 : Unknown stuctured exception code"},
+      {0x12345, "0x12345 : Unknown stuctured exception code"},  // misspelt (intended)
   };
   for (const Case &c : cases) EXPECT_EQ(Printed(ErrorSE(c.code)), c.printed);
 }

@@ -59,8 +59,7 @@ TEST(StartupLog, KeepsWhatCameBeforeAnyClientUntilDetached) {
 
 TEST(Clients, EachGetsEveryLineOnceAndTheLevelCountsThem) {
   int level = LogCategory::n_global_clients;
-  LogCapture a;
-  LogCapture b;
+  LogCapture a, b;
   AddLogClient(&a);  // already registered
   AddLogClient(nullptr);
   EXPECT_EQ(LogCategory::n_global_clients, level + 2);
@@ -170,8 +169,7 @@ TEST(Categories, AreFoundByNameIgnoringCaseAndLeaveWhenDestroyed) {
 
 TEST(Cells, AreNumberedInOrderAndCopiesRepeatTheirLine) {
   LogCapture log;
-  LogCell first;
-  LogCell second;
+  LogCell first, second;
   EXPECT_EQ(second.Id(), first.Id() + 1);
   LogCell copy(second);
   EXPECT_EQ(copy.Id(), second.Id());

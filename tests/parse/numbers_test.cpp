@@ -18,8 +18,7 @@ TEST(ParserNumbers, IntegersKeepTheirLimits) {
   EXPECT_EQ(Outcome("2147483647", integer), "2147483647 @10");
   EXPECT_EQ(Outcome("+12x", integer), "12 @3");
   EXPECT_EQ(Outcome("2147483648", integer), "Integer out of range");
-  EXPECT_EQ(Outcome("-2147483648", integer),
-            "Integer out of range");  // the limit is on the magnitude
+  EXPECT_EQ(Outcome("-2147483648", integer), "Integer out of range");  // intended: by magnitude
   EXPECT_EQ(Outcome("-", integer), "Number expected");
   EXPECT_EQ(Outcome("4294967295", natural), "4294967295 @10");
   EXPECT_EQ(Outcome("4294967296", natural), "Integer out of range");

@@ -19,7 +19,6 @@ std::string Word(uint32_t v) {
           static_cast<char>(v >> 24)};
 }
 
-// Remembers the largest size asked for.
 struct LargestResize final : IBitSet {
   BitSet set;
   int largest = 0;

@@ -1,6 +1,7 @@
 // The byte-stream form of a cstring: a 4-byte little-endian length, then the characters.
 #include <zel/stream/serialize.h>
 
+#include "support/memory_io.h"
 #include "support/strings.h"
 
 #include <cstdint>
@@ -10,21 +11,8 @@
 namespace zel {
 namespace {
 
-// Bytes in memory, to write to and to read from; reading uses the default ReadX, which reports a
-// short read with the counts.
-struct Bytes final : VirtByteDest, VirtByteSource {
-  std::string data;
-  size_t next = 0;
-  int Write(const void *buffer, int n) override {
-    data.append(static_cast<const char *>(buffer), static_cast<size_t>(n));
-    return n;
-  }
-  int Read(void *buffer, int n) override {
-    size_t taken = data.copy(static_cast<char *>(buffer), static_cast<size_t>(n), next);
-    next += taken;
-    return static_cast<int>(taken);
-  }
-};
+using test::FailureOf;
+using test::MemoryIO;  // reads through the default ReadX, which reports a short read with counts
 
 std::string WithLength(int32_t n, std::string_view text) {
   const auto u = static_cast<uint32_t>(n);
@@ -33,13 +21,8 @@ std::string WithLength(int32_t n, std::string_view text) {
   return std::string(word, 4).append(text);
 }
 
-// The message of the ErrorX that reading into `target` throws.
-std::string ReadFailure(VirtByteSource &source, cstring &target) {
-  return test::FailureOf([&] { source >> target; });
-}
-
 TEST(CStringSerial, WritesLengthThenCharactersAndReadsThemBack) {
-  Bytes out;
+  MemoryIO out;
   out << cstring("abc") << cstring();
   EXPECT_EQ(out.data, std::string("\x03\0\0\0abc\0\0\0\0", 11));
 
@@ -47,7 +30,7 @@ TEST(CStringSerial, WritesLengthThenCharactersAndReadsThemBack) {
   for (size_t i = 0; i < long_text.size(); i += 7) long_text[i] = static_cast<char>(0x80 + i % 128);
   for (std::string_view text :
        {std::string_view("\x01\x7F\x80\xFF"), std::string_view(long_text)}) {
-    Bytes bytes;
+    MemoryIO bytes;
     bytes << cstring(text);
     cstring back("previous contents");
     bytes >> back;
@@ -66,24 +49,22 @@ TEST(CStringSerial, RejectsNegativeLengthsZeroBytesAndHugeLengthsOnShortSources)
   MemoryByteSource negative_source(negative.data(), static_cast<int>(negative.size()));
   MemoryByteSource zero_source(zero.data(), static_cast<int>(zero.size()));
   cstring target("old");
-  EXPECT_EQ(ReadFailure(negative_source, target), "Invalid string length");
+  EXPECT_EQ(FailureOf([&] { negative_source >> target; }), "Invalid string length");
   EXPECT_TRUE(target.empty());
-  EXPECT_EQ(ReadFailure(zero_source, target), "NULL in string");
+  EXPECT_EQ(FailureOf([&] { zero_source >> target; }), "NULL in string");
 
   // A zero in the second chunk: the target keeps the characters read.
-  Bytes late;
-  late.data = WithLength(5000, std::string(4500, 'x') + '\0' + std::string(499, 'y'));
-  EXPECT_EQ(ReadFailure(late, target), "NULL in string");
+  MemoryIO late(WithLength(5000, std::string(4500, 'x') + '\0' + std::string(499, 'y')));
+  EXPECT_EQ(FailureOf([&] { late >> target; }), "NULL in string");
   EXPECT_EQ(std::string_view(target.text(), 4096), std::string(4096, 'x'));
 
   // A huge length on a short source fails at its end, without allocating the length.
   const std::string claim = WithLength(0x7FFFFFF0, "abc");
   MemoryByteSource memory(claim.data(), static_cast<int>(claim.size()));
-  Bytes bytes;
-  bytes.data = claim;
+  MemoryIO bytes(claim);
   cstring from_memory, from_bytes;
-  EXPECT_EQ(ReadFailure(memory, from_memory), "Unexpected EOF");
-  EXPECT_EQ(ReadFailure(bytes, from_bytes),
+  EXPECT_EQ(FailureOf([&] { memory >> from_memory; }), "Unexpected EOF");
+  EXPECT_EQ(FailureOf([&] { bytes >> from_bytes; }),
             "Unexpected end of file: 4096 bytes requested, 3 bytes read.");
   EXPECT_LT(from_memory.capacity(), 1 << 16);
   EXPECT_LT(from_bytes.capacity(), 1 << 16);

@@ -69,6 +69,7 @@ TEST_P(TimeReaders, MismatchesAreReportedOrQuietlyZero) {
       {"123", "%.0H", "ParseTime: Invalid hour 123; Must be between 0 and 23", true},
       {"1000000", "%.0X",
        "ParseNanoTimeX: Invalid millisecond 1000000; Must be between 0 and 1000,000", true},
+      // The month shown is one less than the one read (intended).
       {"13", "%m", "ParseTime: Invalid month number 12; Must be between 1 and 12", true},
       {"1969", "%Y", "ParseTime: Invalid year 1969; Must be between 1970 and 2038.", true},
       {"2038", "%y",

