@@ -4,6 +4,8 @@
 #include <zel/text/charset.h>
 #include <zel/text/cstring.h>
 
+#include "support/strings.h"
+
 #include <cstring>
 #include <functional>
 #include <string_view>
@@ -12,8 +14,6 @@
 
 namespace zel {
 namespace {
-
-std::string_view Chars(const cstring &s) { return {s.text(), static_cast<size_t>(s.length())}; }
 
 TEST(CString, EmptyStringsAllocateNothing) {
   cstring flushed = cstring::Borrow("xyz"), set_empty = cstring::Borrow("abc");
@@ -29,7 +29,7 @@ TEST(CString, EmptyStringsAllocateNothing) {
   cstring owning("abc");
   owning.Flush();  // an owned buffer is kept
   EXPECT_EQ(owning.capacity(), 4);
-  EXPECT_EQ(Chars(owning), "");
+  EXPECT_EQ(test::Str(owning), "");
 }
 
 // Every edit of a borrowed literal works on a private copy: the literal, in read-only memory, is
@@ -54,7 +54,7 @@ TEST(CString, BorrowedTextIsCopiedOnFirstWrite) {
     cstring s = cstring::Borrow(kLiteral), copy = s;
     ASSERT_EQ(s.capacity(), 0);
     edit(s);
-    EXPECT_EQ(Chars(s), expected);
+    EXPECT_EQ(test::Str(s), expected);
     EXPECT_GT(s.capacity(), 0);
     EXPECT_EQ(copy.text(), kLiteral);
   }
@@ -89,22 +89,22 @@ TEST(CString, SourcesInsideTheString) {
   cstring owning("abcdef"), borrowed = cstring::Borrow("abcdef");
   owning.Set(owning.view().Mid(2));
   borrowed.Set(borrowed.view().Mid(1, 3));
-  EXPECT_EQ(Chars(owning), "cdef");
-  EXPECT_EQ(Chars(borrowed), "bcd");
+  EXPECT_EQ(test::Str(owning), "cdef");
+  EXPECT_EQ(test::Str(borrowed), "bcd");
 
   cstring doubled("0123456789");  // exactly full: appending moves the buffer
   doubled.Add(doubled);
   doubled.Add(doubled.view().Mid(18));
-  EXPECT_EQ(Chars(doubled), "0123456789012345678989");
+  EXPECT_EQ(test::Str(doubled), "0123456789012345678989");
   cstring borrowed_twice = cstring::Borrow("xyz");
   borrowed_twice << borrowed_twice;
-  EXPECT_EQ(Chars(borrowed_twice), "xyzxyz");
+  EXPECT_EQ(test::Str(borrowed_twice), "xyzxyz");
 
   cstring growing("abcdef"), shrinking("abcdef");
   growing.ReplaceRegion(1, 1, growing.view().Mid(3));
   shrinking.ReplaceRegion(0, 3, shrinking.view().Mid(4, 2));
-  EXPECT_EQ(Chars(growing), "adefcdef");
-  EXPECT_EQ(Chars(shrinking), "efdef");
+  EXPECT_EQ(test::Str(growing), "adefcdef");
+  EXPECT_EQ(test::Str(shrinking), "efdef");
 }
 
 TEST(CString, BuffersRegionsAndLengths) {
@@ -113,33 +113,33 @@ TEST(CString, BuffersRegionsAndLengths) {
   EXPECT_EQ(s.length(), 10);
   std::memcpy(p + 3, "de\0zz", 5);
   s.ReleaseBuffer();  // up to the first NUL
-  EXPECT_EQ(Chars(s), "abcde");
+  EXPECT_EQ(test::Str(s), "abcde");
   s.GetBuffer(2);  // below the length: nothing changes
   s.ReleaseBuffer(4);
   EXPECT_EQ(s.InsertRegion(1, 0), nullptr);
   std::memcpy(s.InsertRegion(1, 2), "XY", 2);
   EXPECT_EQ(s.AddN(0), nullptr);
   s.AddN(-3, 'z');
-  EXPECT_EQ(Chars(s.MakeLength(8, '-')), "aXYbcd--");
-  EXPECT_EQ(Chars(s.MakeLength(1)), "a");
+  EXPECT_EQ(test::Str(s.MakeLength(8, '-')), "aXYbcd--");
+  EXPECT_EQ(test::Str(s.MakeLength(1)), "a");
   s.Chop();
   s.Chop();
-  EXPECT_EQ(Chars(s), "");
+  EXPECT_EQ(test::Str(s), "");
 }
 
 TEST(CString, DroppingCharacters) {
   cstring digits("a1b2\xE9z3"), with_nul("a1b\0c2d", 7);
   digits.DeleteCharSet(CharSet(CharRange("0-9\x80-\xFF")));  // top-bit bytes are never members
   with_nul.DeleteCharSet(DigitCharQ);                        // stops at the first NUL
-  EXPECT_EQ(Chars(digits), "ab\xE9z");
-  EXPECT_EQ(Chars(with_nul), "ab");
+  EXPECT_EQ(test::Str(digits), "ab\xE9z");
+  EXPECT_EQ(test::Str(with_nul), "ab");
 
   const uint32_t bits = 0b100101;  // drop positions 0, 2 and 5
   cstring all("abcdefgh"), beyond("abcdefgh");
   all.Remove(bitptr(&bits, 8));
   beyond.Remove(bitptr(&bits, 4));  // characters past the bit set are dropped too
-  EXPECT_EQ(Chars(all), "bdegh");
-  EXPECT_EQ(Chars(beyond), "bd");
+  EXPECT_EQ(test::Str(all), "bdegh");
+  EXPECT_EQ(test::Str(beyond), "bd");
 }
 
 TEST(CString, CrackingAndCuttingAtDelimiters) {
@@ -161,11 +161,11 @@ TEST(CString, CrackingAndCuttingAtDelimiters) {
     cut_rev.CutOnRev(delimiters, case_sensitive);
     cstring results;
     for (const cstring *r : {&on, &rest, &rev, &rev_rest, &cut}) results << *r << '|';
-    EXPECT_EQ(Chars(results << cut_rev), expected) << text << " / " << delimiters;
+    EXPECT_EQ(test::Str(results << cut_rev), expected) << text << " / " << delimiters;
   }
   cstring s("a,b"), rest("old");
   s.CrackOn(nullptr, rest);
-  EXPECT_EQ(Chars(s << '|' << rest), "a,b|");
+  EXPECT_EQ(test::Str(s << '|' << rest), "a,b|");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // The `<<` forms of cstring for characters and numbers, and hexadecimal numbers.
 #include <zel/text/format.h>
 
+#include "support/strings.h"
+
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -10,8 +12,6 @@
 
 namespace zel {
 namespace {
-
-std::string_view Written(const cstring &s) { return {s.text(), static_cast<size_t>(s.length())}; }
 
 TEST(Format, NumbersAndCharactersAppendAsPrintfWould) {
   using Int = std::numeric_limits<int>;
@@ -37,8 +37,8 @@ TEST(Format, NumbersAndCharactersAppendAsPrintfWould) {
     roomy.Reserve(100);  // numbers are then written in place
     append(small);
     append(roomy);
-    EXPECT_EQ(Written(small).substr(1), expected);
-    EXPECT_EQ(Written(roomy).substr(1), expected);
+    EXPECT_EQ(test::Str(small).substr(1), expected);
+    EXPECT_EQ(test::Str(roomy).substr(1), expected);
   }
   cstring s("1234567");  // capacity 8: the number grows it by the rule, to 16
   s << 42;
@@ -60,7 +60,7 @@ TEST(Format, HexadecimalDigitsPrefixAndMinimumWidth) {
       EXPECT_EQ(&FmtHex(s, value, min_digits, prefix, upper_case), &s);
     else
       FmtHex(s, static_cast<uint32_t>(value), min_digits, prefix, upper_case);
-    EXPECT_EQ(Written(s).substr(2), expected);
+    EXPECT_EQ(test::Str(s).substr(2), expected);
   }
 }
 

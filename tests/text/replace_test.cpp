@@ -1,14 +1,14 @@
 // Replacing text, with and without the letter case of what it replaces.
 #include <zel/text/cstring.h>
 
+#include "support/strings.h"
+
 #include <string>
 #include <string_view>
 #include <tuple>
 
 namespace zel {
 namespace {
-
-std::string_view Replacing(const cstring &s) { return {s.text(), static_cast<size_t>(s.length())}; }
 
 TEST(Replace, ReplacesEveryMatchWithoutOverlapping) {
   const std::tuple<const char *, const char *, const char *, bool, bool, const char *, int>
@@ -24,16 +24,16 @@ TEST(Replace, ReplacesEveryMatchWithoutOverlapping) {
     const cstring s(text);
     int count = 99;
     cstring replaced = s.Replaced(what, with, case_sensitive, preserve_case, &count);
-    EXPECT_EQ(Replacing(replaced), expected) << text << " / " << what;
+    EXPECT_EQ(test::Str(replaced), expected) << text << " / " << what;
     EXPECT_EQ(count, matches) << text << " / " << what;
 
     cstring in_place(text);
     EXPECT_EQ(in_place.Replace(what, with, case_sensitive, preserve_case), matches);
-    EXPECT_EQ(Replacing(in_place), expected) << text << " / " << what;
+    EXPECT_EQ(test::Str(in_place), expected) << text << " / " << what;
   }
   cstring s("abcabc");  // search and replacement inside the string
   EXPECT_EQ(s.Replace(s.view().Mid(0, 1), s.view().Mid(1, 2)), 2);
-  EXPECT_EQ(Replacing(s), "bcbcbcbc");
+  EXPECT_EQ(test::Str(s), "bcbcbcbc");
 }
 
 TEST(Replace, AddPreservingCaseShapesTheTextAfterTheModel) {
@@ -45,12 +45,12 @@ TEST(Replace, AddPreservingCaseShapesTheTextAfterTheModel) {
   for (const auto &[model, text, expected] : cases) {
     cstring out("<");
     AddPreservingCase(out, model, text);
-    EXPECT_EQ(Replacing(out), std::string("<") + expected) << model << " / " << text;
+    EXPECT_EQ(test::Str(out), std::string("<") + expected) << model << " / " << text;
   }
   cstring self("Ab");  // model and text inside the output, whose buffer moves
   AddPreservingCase(self, self, self.view().Right(1));
   AddPreservingCase(self, self.view().Left(2), self);
-  EXPECT_EQ(Replacing(self), "AbBAbB");
+  EXPECT_EQ(test::Str(self), "AbBAbB");
 }
 
 }  // namespace

@@ -1,14 +1,14 @@
 // Tidying the ends and line breaks of text.
 #include <zel/text/cstring.h>
 
+#include "support/strings.h"
+
 #include <string_view>
 #include <tuple>
 #include <utility>
 
 namespace zel {
 namespace {
-
-std::string_view Tidied(const cstring &s) { return {s.text(), static_cast<size_t>(s.length())}; }
 
 TEST(Tidy, MaybeEolAndMaybeSpaceAddOnlyWhenMissing) {
   const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
@@ -20,8 +20,8 @@ TEST(Tidy, MaybeEolAndMaybeSpaceAddOnlyWhenMissing) {
       {"\xE9", "\xE9\r\n", "\xE9 "}};  // a top-bit byte is neither white nor a line end
   for (const auto &[text, with_eol, with_space] : cases) {
     cstring eol(text), space(text);
-    EXPECT_EQ(Tidied(MaybeEOL(eol)), with_eol);
-    EXPECT_EQ(Tidied(MaybeSpace(space)), with_space);
+    EXPECT_EQ(test::Str(MaybeEOL(eol)), with_eol);
+    EXPECT_EQ(test::Str(MaybeSpace(space)), with_space);
   }
 }
 
@@ -32,7 +32,7 @@ TEST(Tidy, FixNewlinesWritesEveryLineEndAsCrLf) {
       {"no breaks", "no breaks"}};
   for (const auto &[text, expected] : cases) {
     cstring fixed = FixNewlines(text);
-    EXPECT_EQ(Tidied(fixed), expected);
+    EXPECT_EQ(test::Str(fixed), expected);
     EXPECT_EQ(fixed.capacity(), fixed.length() + 1);  // shrunk to fit
   }
 }
