@@ -4,42 +4,20 @@
 
 #include <cstdint>
 
+#include "text/integer_digits.h"
+
 namespace zel {
-
-namespace {
-
-// The digits of a 32-bit value in base 8 or 10, without leading zeros (at least one).
-template <uint32_t Base>
-class Digits {
- public:
-  explicit Digits(uint32_t value) {
-    do {
-      text_[sizeof text_ - ++length_] = static_cast<char>('0' + value % Base);
-      value /= Base;
-    } while (value != 0);
-  }
-  int length() const { return length_; }
-  cstring &AppendTo(cstring &out) const {
-    return out.AddNonOverlapping(text_ + sizeof text_ - length_, length_);
-  }
-
- private:
-  char text_[11];
-  int length_ = 0;
-};
-
-}  // namespace
 
 cstring &operator<<(cstring &out, const PrintInt &p) {
   const uint32_t bits = static_cast<uint32_t>(p.value);
-  const Digits<10> digits(p.value < 0 ? 0 - bits : bits);
+  const IntegerDigits<10> digits(p.value < 0 ? 0 - bits : bits);
   if (p.value < 0) out << '-';
   out.AddN(p.min_digits - digits.length(), '0');
   return digits.AppendTo(out);
 }
 
 cstring &operator<<(cstring &out, const PrintOctal &p) {
-  return Digits<8>(static_cast<uint32_t>(p.value)).AppendTo(out);
+  return IntegerDigits<8>(static_cast<uint32_t>(p.value)).AppendTo(out);
 }
 
 cstring &operator<<(cstring &out, const PrintBits &p) {

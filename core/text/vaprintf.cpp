@@ -7,6 +7,8 @@
 #include <climits>
 #include <cstring>
 
+#include "text/integer_digits.h"
+
 namespace zel {
 
 namespace {
@@ -109,12 +111,8 @@ cstring &FmtFlags::PrintHex(cstring &out, uint32_t value) const {
 }
 
 cstring &FmtFlags::PrintOctal(cstring &out, int value) const {
-  char digits[12];
-  int n = 0;
-  for (auto v = static_cast<uint32_t>(value); v != 0; v >>= 3)
-    digits[11 - n++] = static_cast<char>('0' + (v & 7));
-  if (n == 0 || (flags & kAlternate)) digits[11 - n++] = '0';  // zero is "0", not "00"
-  return out.AddNonOverlapping(digits + 12 - n, n);
+  if ((flags & kAlternate) && value != 0) out << '0';  // zero is "0", not "00"
+  return IntegerDigits<8>(static_cast<uint32_t>(value)).AppendTo(out);
 }
 
 cstring &VAPrintf(cstring &out, const strptr &format, va_list &args) {

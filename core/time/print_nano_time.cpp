@@ -1,6 +1,7 @@
 // Printing a NanoTime through a format: cstring << PrintNanoTime.
 #include <zel/time/time_text.h>
 
+#include "text/integer_digits.h"
 #include "time/local_time.h"
 #include "time/names.h"
 
@@ -26,14 +27,9 @@ class Writer {
   }
   // `value` (not negative) in decimal with at least `digits` digits, zeros in front.
   void Number(int value, int digits = 1) {
-    char text[12];
-    int n = 0;
-    auto v = static_cast<uint32_t>(value < 0 ? 0 : value);
-    do {
-      text[n++] = static_cast<char>('0' + v % 10);
-      v /= 10;
-    } while (v != 0 || n < digits);
-    while (n > 0) Char(text[--n]);
+    const IntegerDigits<10> number(static_cast<uint32_t>(value < 0 ? 0 : value));
+    for (int i = number.length(); i < digits; ++i) Char('0');
+    for (int i = 0; i < number.length(); ++i) Char(number.text()[i]);
   }
   void Flush() {
     out_.AddNonOverlapping(buffer_, used_);
