@@ -1,8 +1,9 @@
 # Settings shared by every target of the project.
 
-# Warnings are errors on every compiler the legs use.
+# The project's warnings, on every compiler the legs use; they are errors in the platform legs
+# (ZEL_WERROR, set by the presets), never in a user's own build.
 function(zel_warnings target)
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
+  target_compile_options(${target} PRIVATE -Wall -Wextra $<$<BOOL:${ZEL_WERROR}>:-Werror>)
 endfunction()
 
 # MinGW: the C++ runtime (libstdc++, libgcc and the winpthread layer under the standard thread

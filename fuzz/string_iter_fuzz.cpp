@@ -46,7 +46,7 @@ void RunReader(StringIter &it, uint8_t op, const strptr &text) {
   const bool flag = (op & 0x80) != 0;
   const CharSet &seps = Separators(op);
   int count = 0, i = 0;
-  int64_t i64 = 0;
+  long long i64 = 0;
   double d = 0;
   const int start = it.position();
   switch (op % 24) {

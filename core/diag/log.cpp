@@ -50,14 +50,17 @@ Log &TheLog() {
   return *log;
 }
 
-// The clients this thread is calling now, innermost last (a client may log while it writes).
-constexpr int kNesting = 8;
-thread_local LogClient *t_calling[kNesting];
-thread_local int t_depth = 0;
+// The clients this thread is calling now, innermost first: a client may log while it writes, to
+// any depth, so each call in progress is one link kept in the frame of the dispatch making it.
+struct Calling {
+  const LogClient *client;
+  const Calling *outer;
+};
+thread_local const Calling *t_calling = nullptr;
 
-int CallsOnThisThread(LogClient *client) {
+int CallsOnThisThread(const LogClient *client) {
   int n = 0;
-  for (int i = 0; i < t_depth && i < kNesting; ++i) n += t_calling[i] == client;
+  for (const Calling *c = t_calling; c != nullptr; c = c->outer) n += c->client == client;
   return n;
 }
 
@@ -104,8 +107,8 @@ void PrintLog(const strptr &text) {
     if (i >= log.clients.Count()) break;
     client = log.clients[i].client;
     ++log.clients[i].calls;
-    if (t_depth < kNesting) t_calling[t_depth] = client;
-    ++t_depth;
+    const Calling calling{client, t_calling};
+    t_calling = &calling;
     log.lock.Leave();
     try {
       client->Write(text);
@@ -113,7 +116,7 @@ void PrintLog(const strptr &text) {
       // A client's failure is its own; the others still get the line.
     }
     log.lock.Enter();
-    --t_depth;
+    t_calling = calling.outer;
     --log.clients[i].calls;
   }
   if (--log.depth == 0) Compact(log);

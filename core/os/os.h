@@ -42,8 +42,9 @@ ZEL_API uint32_t LastError();
 ZEL_API void SetLastError(uint32_t code);
 
 // Writes the system's text for `code` into `buf` (at most `cap` - 1 characters and a NUL) and
-// returns the length of the full text, which may exceed what fitted; 0 when the system has none.
-// Windows: FormatMessageA from the system table; Linux: strerror's text. The text is returned as
+// returns the length of the full text, which may exceed what fitted; 0 (and "") when the system
+// has none. Windows: FormatMessageA from the system table; Linux: strerror's text, for the codes
+// the C library knows (a code it would call "Unknown error N" has none). The text is returned as
 // the system gives it (FormatMessageA ends it with CR LF). Leaves the last error unchanged.
 ZEL_API int ErrorText(uint32_t code, char *buf, int cap);
 

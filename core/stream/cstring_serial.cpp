@@ -26,7 +26,7 @@ VirtByteSource &operator>>(VirtByteSource &source, cstring &s) {
   for (int left = length; left > 0;) {
     int n = left < kChunk ? left : kChunk;
     int before = s.length();
-    char *chunk = s.AddN(n);
+    char *chunk = s.AddN(n).writable_text();
     try {
       source.ReadX(chunk, n);
     } catch (...) {

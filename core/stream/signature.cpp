@@ -21,7 +21,7 @@ void ReadPiece(VirtByteSource &source, const strptr &expected) {
   if (std::strncmp(found, expected.text(), static_cast<size_t>(n)) == 0) return;
   ThreadLocalString message;
   *message << "Invalid signature read from file: expected " << expected << ", found '";
-  char *shown = message->AddN(n);
+  char *shown = message->AddN(n).writable_text();
   for (int i = 0; i < n; ++i) {
     const auto byte = static_cast<unsigned char>(found[i]);
     shown[i] = byte >= 0x20 && byte < 0x7F ? found[i] : ' ';

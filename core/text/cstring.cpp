@@ -171,16 +171,17 @@ cstring &cstring::Add(const strptr &text) {
 }
 
 cstring &cstring::AddN(int n, char c) {
-  if (char *gap = AddN(n)) std::memset(gap, c, static_cast<size_t>(n));
+  const strptr gap = AddN(n);
+  std::memset(gap.writable_text(), c, static_cast<size_t>(gap.length()));
   return *this;
 }
 
-char *cstring::AddN(int n) {
-  if (n <= 0) return nullptr;
+strptr cstring::AddN(int n) {
+  if (n <= 0) return strptr();
   int length = stored_ - 1;
   Grow(stored_ + n);
   SetLength(length + n);
-  return text_ + length;
+  return strptr(text_ + length, n);
 }
 
 void cstring::SetAt(int i, char c) {

@@ -125,12 +125,12 @@ cstring &cstring::CutOnRev(const char *delimiters, bool case_sensitive) {
   return *this;
 }
 
-char *cstring::InsertRegion(int at, int n) {
-  if (n <= 0) return nullptr;
+strptr cstring::InsertRegion(int at, int n) {
+  if (n <= 0) return strptr();
   Grow(stored_ + n);
   std::memmove(text_ + at + n, text_ + at, static_cast<size_t>(stored_ - at));
   stored_ += n;
-  return text_ + at;
+  return strptr(text_ + at, n);
 }
 
 void cstring::ReplaceRegion(int at, int n, const strptr &text) {

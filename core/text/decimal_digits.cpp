@@ -67,9 +67,10 @@ DecimalDigits::DecimalDigits(double value, int decimals)
       ++start;
       --point_;
     }
-    if (start == end) {  // zero, or a value that rounds to nothing: printed as zero
+    if (start == end) {  // zero, or a value that rounds to nothing: printed as zero, unsigned
       start = end - decimals_;
       point_ = 0;
+      negative_ = false;
     }
   }
   digits_ = start;

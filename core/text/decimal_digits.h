@@ -19,8 +19,8 @@ inline constexpr int kMaxPrintedNumber = 2 * kMaxDecimalDigits;
 // A nonzero value has no leading zeros in its digits; point() is the number of digits before the
 // decimal point, 0 or negative when the value is below 1 (0.05 to 3 decimals is "50" with point
 // -1). Zero, and a value that rounds to zero (0.03 to 0 decimals), has `decimals` zeros and
-// point 0. Infinities give the letters "inf" and NaN "nan", with point 3. negative() is the sign
-// bit, so -0.0 is negative.
+// point 0, and is not negative, whatever its sign (-0.0 and -0.001 to 2 decimals are as 0.0).
+// Infinities give the letters "inf" and NaN "nan", with point 3; negative() is otherwise the sign.
 class DecimalDigits {
  public:
   DecimalDigits(double value, int decimals);

@@ -3,7 +3,8 @@
 
 namespace zel {
 
-cstring &FmtHex(cstring &out, uint64_t value, int min_digits, bool prefix, bool upper_case) {
+cstring &FmtHex(cstring &out, unsigned long long value, int min_digits, bool prefix,
+                bool upper_case) {
   const char *digits = upper_case ? "0123456789ABCDEF" : "0123456789abcdef";
   if (prefix) out.AddNonOverlapping(upper_case ? "0X" : "0x", 2);
   if (min_digits > 8) min_digits = 8;
@@ -16,8 +17,8 @@ cstring &FmtHex(cstring &out, uint64_t value, int min_digits, bool prefix, bool 
   return out.AddNonOverlapping(buffer + 16 - n, n);
 }
 
-cstring &FmtHex(cstring &out, uint32_t value, int min_digits, bool prefix, bool upper_case) {
-  return FmtHex(out, uint64_t{value}, min_digits, prefix, upper_case);
+cstring &FmtHex(cstring &out, unsigned int value, int min_digits, bool prefix, bool upper_case) {
+  return FmtHex(out, static_cast<unsigned long long>(value), min_digits, prefix, upper_case);
 }
 
 }  // namespace zel

@@ -22,7 +22,7 @@ cstring &operator<<(cstring &out, const PrintOctal &p) {
 
 cstring &operator<<(cstring &out, const PrintBits &p) {
   if (p.highest_bit < 0) return out;
-  char *w = out.AddN(p.highest_bit + 1 + p.highest_bit / 8);
+  char *w = out.AddN(p.highest_bit + 1 + p.highest_bit / 8).writable_text();
   for (int i = p.highest_bit; i >= 0; --i) {
     *w++ = i < 32 && ((p.value >> i) & 1) != 0 ? '1' : '0';
     if (i > 0 && i % 8 == 0) *w++ = ' ';

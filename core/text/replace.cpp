@@ -56,8 +56,7 @@ void AddPreservingCase(cstring &out, const strptr &model, const strptr &text) {
     lower += LowerCharQ(model[i]);
   }
   const int letters = upper + lower;
-  char *p = out.AddN(text.length());
-  if (p == nullptr) return;
+  char *p = out.AddN(text.length()).writable_text();
   if (upper == letters) {
     // Also when the model has no letters at all: intended.
     for (int i = 0; i < text.length(); ++i) p[i] = ToUpperAscii(text[i]);

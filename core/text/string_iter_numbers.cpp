@@ -183,14 +183,14 @@ bool StringIter::MaybeParseInteger(int &value, int max_chars) {
   return ScanInteger(s, text_ + position_, value) == Scan::kNumber;
 }
 
-int64_t StringIter::ParseInteger64(int64_t def) {
+long long StringIter::ParseInteger64(long long def) {
   const char *s = text_ + position_;
   ScanInteger(s, text_ + length_, def);  // without a number `def` stays, and `s` where it stopped
   position_ = static_cast<int>(s - text_);
   return def;
 }
 
-bool StringIter::MaybeParseInteger64(int64_t &value) {
+bool StringIter::MaybeParseInteger64(long long &value) {
   const char *s = text_ + position_;
   const Scan scan = ScanInteger(s, text_ + length_, value);
   if (scan != Scan::kNone) position_ = static_cast<int>(s - text_);

@@ -52,7 +52,7 @@ void Pad(cstring &out, int start, const FmtFlags &f) {
   if (n <= 0) return;
   const char fill = f.flags & FmtFlags::kZeroPad ? '0' : ' ';
   if (f.flags & FmtFlags::kRightAlign)
-    std::memset(out.InsertRegion(start, n), fill, static_cast<size_t>(n));
+    std::memset(out.InsertRegion(start, n).writable_text(), fill, static_cast<size_t>(n));
   else
     out.AddN(n, fill);
 }
@@ -64,9 +64,12 @@ void Convert(cstring &out, char letter, FmtFlags &f, va_list &args) {
     case 'i': f.PrintInt(out, va_arg(args, int)); break;
     case 'u': f.PrintUInt(out, va_arg(args, unsigned int)); break;
     case 'X': f.flags |= FmtFlags::kUpperCase; [[fallthrough]];
-    case 'x': f.PrintHex(out, uint32_t{va_arg(args, unsigned int)}); break;
+    case 'x': f.PrintHex(out, va_arg(args, unsigned int)); break;
     case 'o': f.PrintOctal(out, va_arg(args, int)); break;
-    case 'p': f.PrintHex(out, uint64_t{reinterpret_cast<uintptr_t>(va_arg(args, void *))}); break;
+    case 'p':
+      f.PrintHex(
+          out, static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(va_arg(args, void *))));
+      break;
     case 'c': out << static_cast<char>(va_arg(args, int)); break;
     case 's': out << va_arg(args, const char *); break;  // null adds nothing
     case 'e':
@@ -100,14 +103,14 @@ cstring &FmtFlags::PrintUInt(cstring &out, unsigned int value) const {
   return out << value;
 }
 
-cstring &FmtFlags::PrintHex(cstring &out, uint64_t value) const {
+cstring &FmtFlags::PrintHex(cstring &out, unsigned long long value) const {
   const bool upper = flags & kUpperCase;
   if (flags & kAlternate) out.AddNonOverlapping(upper ? "0X" : "0x", 2);
   return FmtHex(out, value, 0, false, upper);
 }
 
-cstring &FmtFlags::PrintHex(cstring &out, uint32_t value) const {
-  return PrintHex(out, uint64_t{value});
+cstring &FmtFlags::PrintHex(cstring &out, unsigned int value) const {
+  return PrintHex(out, static_cast<unsigned long long>(value));
 }
 
 cstring &FmtFlags::PrintOctal(cstring &out, int value) const {

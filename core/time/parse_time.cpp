@@ -168,8 +168,8 @@ bool ReadConversion(Input &in, char letter, int width, TimeFields &t) {
 }
 
 // Reads `format` starting from midnight, January 1 of `year`, and gives the local time as Unix
-// seconds with the milliseconds: 0 plus the milliseconds when mktime fails, and 0 for a time
-// outside the 32-bit seconds of UnixTime. False at the first mismatch.
+// seconds with the milliseconds: 0 when mktime fails, whatever milliseconds were read, and 0 for a
+// time outside the 32-bit seconds of UnixTime. False at the first mismatch.
 template <typename Input>
 bool ReadTime(Input &in, const strptr &format, int year, double &seconds) {
   TimeFields t;
@@ -187,7 +187,8 @@ bool ReadTime(Input &in, const strptr &format, int year, double &seconds) {
       m << "ParseTime: Invalid month day " << day << " for month " << kMonthNames[month];
     });
   }
-  seconds = Compose(t.tm).value() + t.ms * 0.001;
+  const UnixTime composed = Compose(t.tm);
+  seconds = composed.value() == 0 ? 0 : composed.value() + t.ms * 0.001;
   if (seconds < -2147483648.0 || seconds > 2147483647.0) seconds = 0;
   return true;
 }

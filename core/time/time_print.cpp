@@ -11,7 +11,7 @@ namespace zel {
 namespace {
 
 cstring &Strftime(cstring &out, const char *format, const std::tm &fields, int room) {
-  char *at = out.AddN(room);
+  char *at = out.AddN(room).writable_text();
   const auto n = static_cast<int>(std::strftime(at, static_cast<size_t>(room), format, &fields));
   out.LimitLength(out.length() - room + n);
   return out;
@@ -21,11 +21,19 @@ cstring &Strftime(cstring &out, const char *format, const std::tm &fields, int r
 
 cstring &operator<<(cstring &out, NanoTime t) {
   if (t.value == 0) return out << "0 (zero nsecs)";
-  const double seconds = static_cast<double>(t.value - NanoTime::kUnixEpoch) * 1e-7;
-  const auto whole = static_cast<int64_t>(seconds);
-  const auto ms = static_cast<int>((seconds - static_cast<double>(whole)) * 1000);
+  // Seconds and milliseconds from the count itself, as PrintNanoTime takes them: through double
+  // seconds, 14:02:09.120 would print as 09.119. Floored, so that the fraction is never negative.
+  constexpr int64_t kUnitsPerSecond = 10000000;
+  int64_t seconds = t.value / kUnitsPerSecond;
+  int64_t fraction = t.value % kUnitsPerSecond;
+  if (fraction < 0) {
+    fraction += kUnitsPerSecond;
+    --seconds;
+  }
+  seconds -= NanoTime::kUnixEpoch / kUnitsPerSecond;
+  const auto ms = static_cast<int>(fraction / 10000);
   std::tm f;
-  BreakDown(UnixTime(static_cast<int32_t>(whole)), f);
+  BreakDown(UnixTime(static_cast<int32_t>(seconds)), f);
   out << f.tm_year + 1900 << '/' << PrintInt(f.tm_mon + 1, 2) << '/';
   out << f.tm_mday << ' ';  // the day unpadded: intended
   out << PrintInt(f.tm_hour, 2) << ':' << PrintInt(f.tm_min, 2) << ':' << PrintInt(f.tm_sec, 2);

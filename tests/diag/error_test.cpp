@@ -102,7 +102,12 @@ TEST(ErrorTexts, SystemTextsKeepTheLastErrorAndApiBoolCheckLogsOnlyAFailureWithA
   ApiBoolCheck(0, "CreateThing");
   os::SetLastError(2);
   ApiBoolCheck(0, "OpenThing");
-  EXPECT_EQ(log.Lines(), std::vector<std::string>{"OpenThing: Error: " + Str(text) + "\r\n"});
+  // A code the system has no text for reads as "", on every platform.
+  EXPECT_EQ(Str(errstr(99999)), "");
+  os::SetLastError(99999);
+  ApiBoolCheck(0, "OddThing");
+  EXPECT_EQ(log.Lines(), (std::vector<std::string>{"OpenThing: Error: " + Str(text) + "\r\n",
+                                                   "OddThing: Error: \r\n"}));
 }
 
 }  // namespace

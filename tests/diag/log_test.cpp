@@ -108,6 +108,31 @@ TEST(Clients, RemovalDuringADispatchDoesNotDisturbIt) {
   RemoveLogClient(&thrower);
 }
 
+// Logs again from inside Write, `levels` deep, and removes itself at the innermost level.
+struct DeepRemover : LogClient {
+  static constexpr int kLevels = 20;
+  int depth = 0;
+  bool removed = false;
+  void Write(const strptr &) override {
+    if (++depth < kLevels) {
+      PrintLog("deeper\r\n");
+    } else if (!removed) {
+      RemoveLogClient(this);
+      removed = true;
+    }
+  }
+};
+
+TEST(Clients, RemoveThemselvesAtAnyNestingDepth) {
+  DeepRemover deep;
+  AddLogClient(&deep);
+  // On a thread of its own, so that a removal waiting for itself fails the test instead of hanging.
+  test::TestThread writer([] { PrintLog("top\r\n"); });
+  ASSERT_TRUE(writer.Join());
+  EXPECT_TRUE(deep.removed);
+  EXPECT_EQ(deep.depth, DeepRemover::kLevels);
+}
+
 // Blocks in Write until released.
 struct Blocker : LogClient {
   test::TestEvent entered, release;

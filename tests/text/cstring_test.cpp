@@ -47,7 +47,7 @@ TEST(CString, BorrowedTextIsCopiedOnFirstWrite) {
       {[](cstring &s) { s.Chop(); }, " a,b "},
       {[](cstring &s) { s.MakeLength(8, '.'); }, " a,b \t.."},
       {[](cstring &s) { s.ReplaceRegion(1, 1, "A"); }, " A,b \t"},
-      {[](cstring &s) { *s.InsertRegion(0, 1) = '>'; }, "> a,b \t"},
+      {[](cstring &s) { *s.InsertRegion(0, 1).writable_text() = '>'; }, "> a,b \t"},
       {[&](cstring &s) { s.CrackOn(",", rest); }, " a"},
       {[](cstring &s) { s.CutOnRev("a"); }, " "}};
   for (const auto &[edit, expected] : cases) {
@@ -116,10 +116,17 @@ TEST(CString, BuffersRegionsAndLengths) {
   EXPECT_EQ(test::Str(s), "abcde");
   s.GetBuffer(2);  // below the length: nothing changes
   s.ReleaseBuffer(4);
-  EXPECT_EQ(s.InsertRegion(1, 0), nullptr);
-  std::memcpy(s.InsertRegion(1, 2), "XY", 2);
-  EXPECT_EQ(s.AddN(0), nullptr);
+  EXPECT_TRUE(s.InsertRegion(1, 0).empty());
+  // The gap is a view of exactly the new characters, not of the shifted tail behind them.
+  const strptr gap = s.InsertRegion(1, 2);
+  ASSERT_EQ(gap.length(), 2);
+  std::memcpy(gap.writable_text(), "XY", 2);
+  EXPECT_TRUE(s.AddN(0).empty());
   s.AddN(-3, 'z');
+  const strptr tail = s.AddN(2);
+  EXPECT_EQ(tail.text(), s.text() + 6);
+  EXPECT_EQ(tail.length(), 2);
+  s.LimitLength(6);
   EXPECT_EQ(test::Str(s.MakeLength(8, '-')), "aXYbcd--");
   EXPECT_EQ(test::Str(s.MakeLength(1)), "a");
   s.Chop();

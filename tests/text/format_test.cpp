@@ -1,5 +1,6 @@
 // The `<<` forms of cstring for characters and numbers, and hexadecimal numbers.
 #include <zel/text/format.h>
+#include <zel/text/vaprintf.h>
 
 #include "support/strings.h"
 
@@ -62,6 +63,21 @@ TEST(Format, HexadecimalDigitsPrefixAndMinimumWidth) {
       FmtHex(s, static_cast<uint32_t>(value), min_digits, prefix, upper_case);
     EXPECT_EQ(test::Str(s).substr(2), expected);
   }
+}
+
+// 64-bit values as callers spell them (long long, and int64_t/uint64_t, which are `long` on 64-bit
+// Linux) all reach the 64-bit forms.
+TEST(Format, SixtyFourBitSpellingsPrintEveryDigit) {
+  cstring s;
+  FmtHex(s, 0x1ffULL) << ' ';
+  FmtHex(s, uint64_t{0x1ff00000000}) << ' ';
+  FmtHex(s, int64_t{-1}) << ' ';
+  FmtFlags f;
+  f.flags = FmtFlags::kAlternate;
+  f.PrintHex(s, 0x1ff00000000ULL) << ' ';
+  f.PrintHex(s, uint64_t{0x2ff00000000}) << ' ';
+  f.PrintHex(s, 0xabcu);
+  EXPECT_EQ(test::Str(s), "1ff 1ff00000000 ffffffffffffffff 0x1ff00000000 0x2ff00000000 0xabc");
 }
 
 }  // namespace

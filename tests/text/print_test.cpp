@@ -49,10 +49,13 @@ TEST(PrintDouble, RoundsTheExactValueAndTiesAwayFromZero) {
       {1e23, 0, true, "99999999999999991611392"},
       {0.0, 2, false, "0.00"},
       {0.0, 2, true, "0"},
-      {-0.0, 0, true, "-0"},
-      // Values that round to nothing print as zero.
+      // Values that round to zero print as 0.0 does, without a sign.
+      {-0.0, 0, true, "0"},
       {0.001, 2, true, "0"},
-      {-0.001, 2, false, "-0.00"},
+      {0.001, 2, false, "0.00"},
+      {-0.001, 2, false, "0.00"},
+      {-0.004, 2, true, "0"},
+      {-0.005, 2, true, "-0.01"},
       {1e-300, 3, true, "0"},
       {0.3, 0, true, "0"},
       {0.03, 0, true, "0"},
@@ -66,7 +69,8 @@ TEST(PrintDouble, RoundsTheExactValueAndTiesAwayFromZero) {
 
   // Decimals are capped at 100; the largest double prints all 309 of its digits.
   EXPECT_EQ(Printed(PrintDouble(1.0 / 3, 500, false)),
-            "0.333333333333333314829616256247390992939472198486328125" + std::string(46, '0'));
+            test::Cat({"0.333333333333333314829616256247390992939472198486328125",
+                       std::string(46, '0')}));
   std::string largest = Printed(PrintDouble(std::numeric_limits<double>::max(), 1, false));
   EXPECT_EQ(largest.substr(0, 10), "1797693134");
   EXPECT_EQ(largest.size(), 311u);
@@ -75,9 +79,10 @@ TEST(PrintDouble, RoundsTheExactValueAndTiesAwayFromZero) {
 TEST(PrintDouble, CommasPercentagesAndSizes) {
   using Commas = PrintDoubleWithCommas;
   EXPECT_EQ(Printed(Commas(1234567.891, 2), Commas(123456.0, 2), Commas(0.5, 2), Commas(-1234.5, 0),
-                    Commas(12.0, 1), Commas(0.001, 2), Commas(std::nan(""), 2)),
+                    Commas(12.0, 1), Commas(-0.001, 2), Commas(std::nan(""), 2)),
             "1,234,567.89|123,456|0.5|-1,235|12|0|NaN");
-  EXPECT_EQ(Printed(PrintPercent(0.1234, 1), PrintPercent(1, 2)), "12.3%|100%");
+  EXPECT_EQ(Printed(PrintPercent(0.1234, 1), PrintPercent(1, 2), PrintPercent(-0.00001, 2)),
+            "12.3%|100%|0%");
 
   using Bytes = PrintSizeBytes;
   using Bits = PrintSizeBits;
@@ -112,7 +117,8 @@ TEST(PrintMemory, BytesInHexWithLineBreaksAfterSixtyCharacters) {
 TEST(PrintRuns, RepeatedCharactersAndIndentation) {
   EXPECT_EQ(Printed(PrintNTimes('x', 45)), std::string(45, 'x'));
   EXPECT_EQ(Printed(PrintNTimes('x', 0), PrintNTimes('x', -3)), "|");
-  EXPECT_EQ(Printed(Indenter(3), Indenter(-1), Indenter(200)), "      ||" + std::string(400, ' '));
+  EXPECT_EQ(Printed(Indenter(3), Indenter(-1), Indenter(200)),
+            test::Cat({"      ||", std::string(400, ' ')}));
 }
 
 TEST(PrintDllName, FileNameOfTheExecutableAndTheLibrary) {

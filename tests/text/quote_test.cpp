@@ -5,10 +5,13 @@
 #include "support/strings.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace zel {
 namespace {
+
+using test::Cat;
 
 template <typename Write>
 std::string Quoted(Write write) {
@@ -67,16 +70,14 @@ TEST(Quote, ShortFormBreaksLongLines) {
   };
   const std::string a(300, 'a');
   // Any character past 160, a blank past 130, a comma past 100; then 100 more from the break.
-  EXPECT_EQ(quoted(a.substr(0, 250)), "\"" + a.substr(0, 162) + "\\\r\n" + a.substr(0, 88) + "\"");
-  EXPECT_EQ(quoted(a.substr(0, 131) + " " + a.substr(0, 20)),
-            "\"" + a.substr(0, 131) + " \\\r\n" + a.substr(0, 20) + "\"");
-  EXPECT_EQ(quoted(a.substr(0, 101) + "," + a.substr(0, 20)),
-            "\"" + a.substr(0, 101) + ",\\\r\n" + a.substr(0, 20) + "\"");
-  EXPECT_EQ(quoted(a.substr(0, 99) + "," + a.substr(0, 20)),
-            "\"" + a.substr(0, 99) + "," + a.substr(0, 20) + "\"");
+  const auto run = [&a](int n) { return std::string_view(a).substr(0, static_cast<size_t>(n)); };
+  EXPECT_EQ(quoted(Cat({run(250)})), Cat({"\"", run(162), "\\\r\n", run(88), "\""}));
+  EXPECT_EQ(quoted(Cat({run(131), " ", run(20)})), Cat({"\"", run(131), " \\\r\n", run(20), "\""}));
+  EXPECT_EQ(quoted(Cat({run(101), ",", run(20)})), Cat({"\"", run(101), ",\\\r\n", run(20), "\""}));
+  EXPECT_EQ(quoted(Cat({run(99), ",", run(20)})), Cat({"\"", run(99), ",", run(20), "\""}));
   // A line end in the text restarts the count.
-  EXPECT_EQ(quoted(a.substr(0, 50) + "\n" + a.substr(0, 170)),
-            "\"" + a.substr(0, 50) + "\\012" + a.substr(0, 161) + "\\\r\n" + a.substr(0, 9) + "\"");
+  EXPECT_EQ(quoted(Cat({run(50), "\n", run(170)})),
+            Cat({"\"", run(50), "\\012", run(161), "\\\r\n", run(9), "\""}));
 }
 
 }  // namespace

@@ -119,7 +119,7 @@ TEST(StringIter, IntegersKeepTheWeakOverflowCheck) {
   }
 
   StringIter wide("9223372036854775808 -12345678901 x");
-  int64_t big = 0;
+  long long big = 0;  // as callers spell it, on every platform
   EXPECT_TRUE(wide.MaybeParseInteger64(big));
   EXPECT_EQ(big, INT64_MAX);
   EXPECT_EQ(wide.ParseInteger64(0), -12345678901);

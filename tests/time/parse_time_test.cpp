@@ -58,6 +58,9 @@ TEST_P(TimeReaders, ReadFieldsIntoLocalTime) {
   EXPECT_EQ(ParseTimeX("2000/03/05 14:02:09.999", "%Y/%m/%d %H:%M:%S.%X"),
             LocalAt(2000, 3, 5, 14, 2, 9));
   EXPECT_EQ(QuietUnits("13/05", "%m/%d"), 0);
+  // 2069 is beyond what the calendar (or a UnixTime) holds: 0, not 0 plus the milliseconds.
+  EXPECT_EQ(QuietUnits("69/06/01 00:00:00.500", "%y/%m/%d %H:%M:%S.%X"), 0);
+  EXPECT_EQ(Quiet("69/06/01 00:00:00.500", "%y/%m/%d %H:%M:%S.%X"), UnixTime());
 }
 
 TEST_P(TimeReaders, MismatchesAreReportedOrQuietlyZero) {

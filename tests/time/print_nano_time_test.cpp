@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include "support/strings.h"
 #include "support/zones.h"
 
@@ -30,6 +32,22 @@ TEST_P(TimePrinter, PrintsEveryConversion) {
   // Midnight is "00" on the 12-hour clock (intended).
   EXPECT_EQ(Printed(At(LocalAt(1999, 12, 31, 0, 0, 1)), "%I %P %y %m %X"), "00 AM 99 12 000");
   EXPECT_EQ(Printed(At(LocalAt(2007, 3, 5), 120), "%X %x"), "120 1");
+}
+
+TEST_P(TimePrinter, BothPrintersTakeWholeMillisecondsFromTheCount) {
+  cstring s;
+  s << At(LocalAt(2007, 3, 5, 14, 2, 9), 120);
+  EXPECT_EQ(test::Str(s), "2007/03/5 14:02:09.120");  // the day unpadded: intended
+  const NanoTime second = At(LocalAt(2007, 3, 5, 14, 2, 9));
+  for (int ms = 0; ms < 1000; ++ms) {
+    const NanoTime t = second.qAdd(NanoDiff(ms * int64_t{10000} + 9999));
+    s.Flush();
+    s << t;
+    char expected[8];
+    std::snprintf(expected, sizeof expected, ".%03d", ms);
+    ASSERT_EQ(test::Str(s).substr(18), expected) << ms;
+    ASSERT_EQ(Printed(t, ".%X"), expected) << ms;
+  }
 }
 
 TEST_P(TimePrinter, InvalidAndEmptyTimes) {

@@ -12,7 +12,9 @@ void SetLastError(uint32_t code) { errno = static_cast<int>(code); }
 
 int ErrorText(uint32_t code, char *buf, int cap) {
   SavedLastError saved;
-  if (code == 0) {
+  // A code the C library has no text of its own for (it would answer "Unknown error N") has no
+  // name either: it is unknown, as it is to FormatMessageA.
+  if (strerrorname_np(static_cast<int>(code)) == nullptr) {
     if (cap > 0) buf[0] = 0;
     return 0;
   }

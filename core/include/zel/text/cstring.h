@@ -76,8 +76,9 @@ class ZEL_API cstring {
   }
   // Appends `n` copies of `c` (nothing for n <= 0).
   cstring &AddN(int n, char c);
-  // Appends `n` unset characters and returns them, for the caller to fill (null for n <= 0).
-  char *AddN(int n);
+  // Appends `n` unset characters and returns the view of exactly those `n` characters, for the
+  // caller to fill through writable_text() (an empty view for n <= 0).
+  strptr AddN(int n);
   // Makes room for a length of at least `length` characters (allocating exactly that when it has
   // to grow) without changing the contents.
   void Reserve(int length);
@@ -136,10 +137,12 @@ class ZEL_API cstring {
               bool preserve_case = false);
   // The same into a new string; stores the count through `count` when it is not null (0 when
   // `what` is empty).
-  temp_cstring Replaced(const strptr &what, const strptr &with, bool case_sensitive = true,
-                        bool preserve_case = false, int *count = nullptr) const;
-  // Opens a gap of `n` unset characters at `at` and returns it (null for n = 0).
-  char *InsertRegion(int at, int n);
+  [[nodiscard]] temp_cstring Replaced(const strptr &what, const strptr &with,
+                                      bool case_sensitive = true, bool preserve_case = false,
+                                      int *count = nullptr) const;
+  // Opens a gap of `n` unset characters at `at`, moving the rest up, and returns the view of
+  // exactly those `n` characters for the caller to fill (an empty view for n <= 0).
+  strptr InsertRegion(int at, int n);
   // Replaces the `n` characters at `at` by `text`, which may lie inside this string.
   void ReplaceRegion(int at, int n, const strptr &text);
 
@@ -209,7 +212,7 @@ ZEL_API cstring &MaybeEOL(cstring &s);
 // Appends a blank when the string is not empty and does not end in a white character.
 ZEL_API cstring &MaybeSpace(cstring &s);
 // The text with every line end (CR LF, a lone CR, a lone LF) written as CR LF.
-ZEL_API temp_cstring FixNewlines(const strptr &text);
+[[nodiscard]] ZEL_API temp_cstring FixNewlines(const strptr &text);
 // Appends `text` shaped after the letter case of `model`: all upper case when every letter of the
 // model's first min(len(model), len(text)) characters is upper case (or there is none: intended),
 // all lower case when every one is lower case, else character by character.

@@ -3,7 +3,7 @@
 
 #include <zel/text/cstring.h>
 
-#include <cstdint>
+#include <concepts>
 #include <type_traits>
 
 namespace zel {
@@ -11,20 +11,20 @@ namespace zel {
 // Appends `value` in hexadecimal: "0x" ("0X" with `upper_case`) when `prefix` is set, then the
 // digits without leading zeros but at least min(`min_digits`, 8) of them and at least one. The
 // 64-bit form prints every digit a wider value needs.
-ZEL_API cstring &FmtHex(cstring &out, uint32_t value, int min_digits = 0, bool prefix = false,
+ZEL_API cstring &FmtHex(cstring &out, unsigned int value, int min_digits = 0, bool prefix = false,
                         bool upper_case = false);
-ZEL_API cstring &FmtHex(cstring &out, uint64_t value, int min_digits = 0, bool prefix = false,
-                        bool upper_case = false);
-// Any other integer: its bit pattern, as the 32- or 64-bit form by its size.
-template <typename T>
-requires std::is_integral_v<T> &&(!std::is_same_v<T, uint32_t>)&&(!std::is_same_v<T, uint64_t>)
-    cstring &FmtHex(cstring &out, T value, int min_digits = 0, bool prefix = false,
-                    bool upper_case = false) {
+ZEL_API cstring &FmtHex(cstring &out, unsigned long long value, int min_digits = 0,
+                        bool prefix = false, bool upper_case = false);
+// Any other integer (int64_t and uint64_t among them where they are `long`): its bit pattern, as
+// the 32- or 64-bit form by its size.
+template <std::integral T>
+cstring &FmtHex(cstring &out, T value, int min_digits = 0, bool prefix = false,
+                bool upper_case = false) {
   if constexpr (sizeof(T) <= 4)
-    return FmtHex(out, static_cast<uint32_t>(static_cast<std::make_unsigned_t<T>>(value)),
+    return FmtHex(out, static_cast<unsigned int>(static_cast<std::make_unsigned_t<T>>(value)),
                   min_digits, prefix, upper_case);
   else
-    return FmtHex(out, static_cast<uint64_t>(value), min_digits, prefix, upper_case);
+    return FmtHex(out, static_cast<unsigned long long>(value), min_digits, prefix, upper_case);
 }
 
 // Appends byte `c` as it stands inside a double-quoted string of the library's text formats. The

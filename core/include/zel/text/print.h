@@ -23,8 +23,8 @@ struct PrintInt {
 // of the exact binary value rounded to the nearest, an exact tie away from zero (0.125 to 2
 // decimals is "0.13", 0.15 to 1 decimal "0.1" because the double is just below 0.15). Decimals are
 // capped at 100; a negative count means 0. NaN prints "NaN", the infinities "inf" and "-inf".
-// A value that rounds to nothing keeps the zeros of its position: 0.001 to 2 decimals is "0.00"
-// even with trim, and 0.03 to 0 decimals "0." (0.3 to 0 decimals is "0").
+// A value that rounds to zero prints exactly as 0.0 does, without a sign: -0.001 to 2 decimals is
+// "0" with trim and "0.00" without, 0.03 to 0 decimals is "0".
 struct PrintDouble {
   PrintDouble(double value, int32_t decimals, bool trim = true)
       : value(value), decimals(decimals), trim(trim) {}
@@ -34,8 +34,8 @@ struct PrintDouble {
 };
 
 // As PrintDouble with trim, and the integer part grouped by three with ",": 1234567.891 to 2
-// decimals is "1,234,567.89", 123456.0 is "123,456". Below 1 it is as PrintDouble, except that
-// no lone point is written ("0" for 0.03 to 0 decimals).
+// decimals is "1,234,567.89", 123456.0 is "123,456". Below 1 it is as PrintDouble with trim
+// (a value that rounds to zero is "0").
 struct PrintDoubleWithCommas {
   PrintDoubleWithCommas(double value, int32_t decimals) : value(value), decimals(decimals) {}
   double value;

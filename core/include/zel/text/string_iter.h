@@ -104,8 +104,8 @@ class ZEL_API StringIter {
   bool MaybeParseInteger(int &value, int max_chars);
   // The 64-bit forms, saturating at 9223372036854775807. ParseInteger64 returns `def` where the
   // Maybe form returns false, and does not move back.
-  int64_t ParseInteger64(int64_t def);
-  bool MaybeParseInteger64(int64_t &value);
+  long long ParseInteger64(long long def);
+  bool MaybeParseInteger64(long long &value);
 
   // Digit grouping of the comma readers: a comma belongs to the number only when a digit stands
   // before it and exactly three digits follow it (a fourth digit right after them ends the number

@@ -31,6 +31,9 @@ class ZEL_API strptr {
   constexpr strptr(std::string_view v) : text_(v.data()), length_(static_cast<int>(v.size())) {}
 
   constexpr const char *text() const { return text_; }
+  // The viewed characters for writing, for views of writable memory (such as the gaps that
+  // cstring::AddN and cstring::InsertRegion return).
+  constexpr char *writable_text() const { return const_cast<char *>(text_); }
   constexpr int length() const { return length_; }
   constexpr bool empty() const { return length_ == 0; }
   constexpr char operator[](int i) const { return text_[i]; }
@@ -39,15 +42,17 @@ class ZEL_API strptr {
   constexpr std::string_view view() const { return {text_, static_cast<size_t>(length_)}; }
 
   // Sub-views; positions and counts are clamped to the view.
-  strptr Left(int n) const { return strptr(text_, Clamp(n)); }
-  strptr Right(int n) const { return strptr(text_ + length_ - Clamp(n), Clamp(n)); }
-  strptr Mid(int from) const { return strptr(text_ + Clamp(from), length_ - Clamp(from)); }
-  strptr Mid(int from, int n) const {
+  [[nodiscard]] strptr Left(int n) const { return strptr(text_, Clamp(n)); }
+  [[nodiscard]] strptr Right(int n) const { return strptr(text_ + length_ - Clamp(n), Clamp(n)); }
+  [[nodiscard]] strptr Mid(int from) const {
+    return strptr(text_ + Clamp(from), length_ - Clamp(from));
+  }
+  [[nodiscard]] strptr Mid(int from, int n) const {
     int start = Clamp(from);
     int count = n < 0 ? 0 : (n > length_ - start ? length_ - start : n);
     return strptr(text_ + start, count);
   }
-  strptr Sub(const Range &r) const { return Mid(r.begin, r.end - r.begin); }
+  [[nodiscard]] strptr Sub(const Range &r) const { return Mid(r.begin, r.end - r.begin); }
 
   // Position of the first occurrence of `what` at or after `from`, or -1; -1 also when `what` is
   // empty or longer than this text.
@@ -58,9 +63,9 @@ class ZEL_API strptr {
   int ReverseFindFrom(char c, int before, bool case_sensitive = true) const;
 
   // The view without leading and/or trailing white characters (blank, TAB, LF, CR).
-  strptr Trimmed() const;
-  strptr TrimmedLeft() const;
-  strptr TrimmedRight() const;
+  [[nodiscard]] strptr Trimmed() const;
+  [[nodiscard]] strptr TrimmedLeft() const;
+  [[nodiscard]] strptr TrimmedRight() const;
 
   // Orderings: the difference of the first differing characters (signed, folded when not case
   // sensitive) or, when one text is a prefix of the other, this length minus the other's.

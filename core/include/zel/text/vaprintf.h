@@ -38,8 +38,15 @@ struct ZEL_API FmtFlags {
   cstring &PrintUInt(cstring &out, unsigned int value) const;
   // Hexadecimal digits without leading zeros (at least one), after "0x" ("0X" in upper case) when
   // the alternate form is set.
-  cstring &PrintHex(cstring &out, uint32_t value) const;
-  cstring &PrintHex(cstring &out, uint64_t value) const;
+  cstring &PrintHex(cstring &out, unsigned int value) const;
+  cstring &PrintHex(cstring &out, unsigned long long value) const;
+  // `unsigned long` (uint64_t on 64-bit Linux) by its size.
+  cstring &PrintHex(cstring &out, unsigned long value) const {
+    if constexpr (sizeof value == sizeof(unsigned int))
+      return PrintHex(out, static_cast<unsigned int>(value));
+    else
+      return PrintHex(out, static_cast<unsigned long long>(value));
+  }
   // Octal digits of the value's 32-bit pattern, after a "0" when the alternate form is set; zero
   // prints "0".
   cstring &PrintOctal(cstring &out, int value) const;

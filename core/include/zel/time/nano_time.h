@@ -48,21 +48,23 @@ struct NanoTime {
   ZEL_API static NanoTime CurrentDate();
 
   // Local midnight of the day holding this time.
-  ZEL_API NanoTime GetDate() const;
+  [[nodiscard]] ZEL_API NanoTime GetDate() const;
   // Whole seconds since the Unix epoch; 0 for a time at or before it.
-  ZEL_API UnixTime ToUnixTime() const;
+  [[nodiscard]] ZEL_API UnixTime ToUnixTime() const;
   ZEL_API NanoTime &Set(UnixTime t);
   // From Unix seconds: whole seconds (truncated) and the fraction's 100-ns units (truncated).
   ZEL_API NanoTime &Set(double unix_seconds);
 
   // A sum that overflows from a positive duration saturates at kMax; a negative sum from a
   // negative duration is returned as it is.
-  constexpr NanoTime operator+(NanoDiff d) const {
+  [[nodiscard]] constexpr NanoTime operator+(NanoDiff d) const {
     const int64_t sum = Wrap(value, d.value);
     return NanoTime(sum < 0 && d.value > 0 ? kMax : sum);
   }
   // Plain subtraction, without saturation (intended: unlike operator+).
-  constexpr NanoTime operator-(NanoDiff d) const { return NanoTime(Subtract(value, d.value)); }
+  [[nodiscard]] constexpr NanoTime operator-(NanoDiff d) const {
+    return NanoTime(Subtract(value, d.value));
+  }
   // A negative sum becomes kMax for a positive duration and 0 otherwise.
   constexpr NanoTime &operator+=(NanoDiff d) {
     const int64_t sum = Wrap(value, d.value);
@@ -75,9 +77,11 @@ struct NanoTime {
     value = difference >= 0 ? difference : d.value > 0 ? 0 : kMax;
     return *this;
   }
-  // Plain, unchecked forms.
-  constexpr NanoTime qAdd(NanoDiff d) const { return NanoTime(Wrap(value, d.value)); }
-  constexpr NanoTime qSub(NanoDiff d) const { return NanoTime(Subtract(value, d.value)); }
+  // Plain, unchecked forms; they return the new time and leave this one as it is.
+  [[nodiscard]] constexpr NanoTime qAdd(NanoDiff d) const { return NanoTime(Wrap(value, d.value)); }
+  [[nodiscard]] constexpr NanoTime qSub(NanoDiff d) const {
+    return NanoTime(Subtract(value, d.value));
+  }
   constexpr NanoDiff operator-(NanoTime t) const { return NanoDiff(Subtract(value, t.value)); }
 
   constexpr auto operator<=>(const NanoTime &) const = default;

@@ -34,17 +34,21 @@ class ZEL_API UnixTime {
   // The local broken-down time; all zero for a time the runtime cannot break down.
   std::tm ToTimeStruct() const;
   // Local midnight of the same day.
-  UnixTime GetDate() const;
+  [[nodiscard]] UnixTime GetDate() const;
   // Local midnight of January 1 of the same year.
-  UnixTime GetStartOfYear() const;
+  [[nodiscard]] UnixTime GetStartOfYear() const;
   // The same local time one year earlier / later.
-  UnixTime PrevYear() const;
-  UnixTime NextYear() const;
+  [[nodiscard]] UnixTime PrevYear() const;
+  [[nodiscard]] UnixTime NextYear() const;
   // Is the local (hour, minute) within [(h1, m1), (h2, m2))?
   bool WithinHourMin(int h1, int m1, int h2, int m2) const;
 
-  constexpr UnixTime operator+(UnixDiff d) const { return UnixTime(value_ + d.value); }
-  constexpr UnixTime operator-(UnixDiff d) const { return UnixTime(value_ - d.value); }
+  [[nodiscard]] constexpr UnixTime operator+(UnixDiff d) const {
+    return UnixTime(value_ + d.value);
+  }
+  [[nodiscard]] constexpr UnixTime operator-(UnixDiff d) const {
+    return UnixTime(value_ - d.value);
+  }
   constexpr UnixDiff operator-(UnixTime t) const { return UnixDiff(value_ - t.value_); }
   constexpr auto operator<=>(const UnixTime &) const = default;
 
@@ -83,7 +87,7 @@ struct ZEL_API DateStruct {
 
   // Local midnight of the date; 0 when a field is 0. The year is clamped to 1970-2036, the month
   // to 1-12 and the day to 0-31 first.
-  zel::UnixTime ToUnixTime() const;
+  [[nodiscard]] zel::UnixTime ToUnixTime() const;
   // 2007-03-05 is 20070305.
   constexpr int ToDecimal() const { return year * 10000 + month * 100 + day; }
   static constexpr DateStruct FromDecimal(int n) {

@@ -1,0 +1,20 @@
+# Statements compiled inside
+#   void f(NanoTime t, NanoDiff d, UnixTime u, UnixDiff ud, strptr s, cstring c, DateStruct day)
+# with `using namespace zel`.
+
+# 64-bit values as callers spell them, on every platform (int64_t is `long` on 64-bit Linux).
+set(ACCEPTED
+  "long long v = 0\; StringIter it(\"1\")\; it.MaybeParseInteger64(v)\; v = it.ParseInteger64(v)"
+  "FmtHex(c, 0x1ffULL)\; FmtHex(c, uint64_t{1})\; FmtHex(c, int64_t{-1})\; FmtHex(c, 7u)"
+  "FmtFlags f\; f.PrintHex(c, 0x1ffULL)\; f.PrintHex(c, uint64_t{1})\; f.PrintHex(c, 7u)"
+  "strptr gap = c.AddN(4)\; gap = c.InsertRegion(0, 2)\; (void)gap"
+  "(void)t.qAdd(d)")
+
+# Results that must be used.
+set(REJECTED
+  "t.qAdd(d)" "t.qSub(d)" "t + d" "t - d" "t.GetDate()" "t.ToUnixTime()"
+  "u.GetDate()" "u.GetStartOfYear()" "u.PrevYear()" "u.NextYear()" "u + ud" "u - ud"
+  "day.ToUnixTime()"
+  "s.Trimmed()" "s.TrimmedLeft()" "s.TrimmedRight()" "s.Left(1)" "s.Right(1)" "s.Mid(1)"
+  "s.Mid(1, 1)" "s.Sub(Range{0, 1})"
+  "c.Replaced(\"a\", \"b\")" "FixNewlines(s)")
