@@ -172,7 +172,7 @@ cstring &cstring::Add(const strptr &text) {
 
 cstring &cstring::AddN(int n, char c) {
   const strptr gap = AddN(n);
-  std::memset(gap.writable_text(), c, static_cast<size_t>(gap.length()));
+  if (!gap.empty()) std::memset(gap.writable_text(), c, static_cast<size_t>(gap.length()));
   return *this;
 }
 
