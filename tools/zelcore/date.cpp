@@ -17,10 +17,11 @@ const Usage kDateUsage = {
     "usage: zelcore date TEXT\n"
     "\n"
     "Reads a loose date and prints it and its local midnight. The date is \"today\",\n"
-    "\"yesterday\", or numbers and month names (or starts of them, \"Sept\") separated by any of\n"
-    "\",/\" and white space: \"2003/Jan/03\", \"Jan 5, 07\", \"5 Jan 99\". Of two numbers, one below\n"
-    "32 is the day and the other the year; a lone number is the year from 32 on or after a month\n"
-    "name and a comma, else the day. Two-digit years below 69 are 20xx, from 69 on 19xx.\n"
+    "\"yesterday\", or numbers and month names (or starts of them, \"Sept\") separated\n"
+    "by any of \",/\" and white space: \"2003/Jan/03\", \"Jan 5, 07\", \"5 Jan 99\". Of two\n"
+    "numbers, one below 32 is the day and the other the year; a lone number is the year\n"
+    "from 32 on or after a month name and a comma, else the day. Two-digit years below 69\n"
+    "are 20xx, from 69 on 19xx.\n"
     "Fails (exit code 1) when TEXT holds more than a date, or lacks its year, month or day.\n"};
 
 // "Incomplete date; not found: year, day" for the fields of `date` that were not read, or "" when
@@ -57,7 +58,7 @@ int Date(int argc, char **argv) {
     std::fputs(out.text(), stdout);
     return 0;
   } catch (const zel::ErrorX &error) {
-    return Failure(kDateUsage, error.Message());
+    return Failure(kDateUsage, error);
   }
 }
 

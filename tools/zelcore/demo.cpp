@@ -128,7 +128,9 @@ struct Worker {
 struct EndNarrator final : zel::ThreadListener {
   // Linux tells only of threads the library started itself, so starts are not narrated.
   void OnThreadStart() override {}
-  void OnThreadEnd() override { zel::PrintLog("%N:   a thread ends: the thread listener hears of it\r\n"); }
+  void OnThreadEnd() override {
+    zel::PrintLog("%N:   a thread ends: the thread listener hears of it\r\n");
+  }
 };
 
 void ShowThreads() {

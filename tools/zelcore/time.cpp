@@ -76,7 +76,7 @@ int Parse(int argc, char **argv) {
     std::fputs(out.text(), stdout);
     return 0;
   } catch (const zel::ErrorX &error) {
-    return Failure(kParseUsage, error.Message());
+    return Failure(kParseUsage, error);
   }
 }
 

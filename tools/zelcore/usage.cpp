@@ -35,8 +35,9 @@ int UsageError(const Usage &usage, const zel::strptr &problem) {
   return kExitUsage;
 }
 
-int Failure(const Usage &usage, const zel::strptr &message) {
-  zel::cstring report(message);
+int Failure(const Usage &usage, const zel::ErrorX &error) {
+  zel::cstring report;
+  report << error;
   report.Replace("\r\n", "\n");
   std::fprintf(stderr, "zelcore %s: %s\n", usage.command, report.text());
   return kExitFailure;

@@ -2,6 +2,7 @@
 // reporting usage errors and failures on standard error.
 #pragma once
 
+#include <zel/diag/error.h>
 #include <zel/text/strptr.h>
 
 #include <optional>
@@ -30,9 +31,9 @@ std::optional<int> CheckArguments(const Usage &usage, int argc, char **argv, int
 // returns kExitUsage.
 int UsageError(const Usage &usage, const zel::strptr &problem);
 
-// Writes "zelcore <command>: " and `message` on standard error, the message's CR LF line ends
+// Writes "zelcore <command>: " and the error's message on standard error, its CR LF line ends
 // written as new lines, and returns kExitFailure.
-int Failure(const Usage &usage, const zel::strptr &message);
+int Failure(const Usage &usage, const zel::ErrorX &error);
 
 // Throws the ParserErrorX the library's parsers throw for `message` found at `position` of
 // `text`: the message, then the line up to the position as an excerpt.
