@@ -123,19 +123,7 @@ struct Worker {
   void SayGoodbye() const { Log("runs its exit hook as it ends"); }
 };
 
-// Told of threads ending, before their exit hooks run. It does not say which thread: the ending
-// thread's own state may already be gone.
-struct EndNarrator final : zel::ThreadListener {
-  // Linux tells only of threads the library started itself, so starts are not narrated.
-  void OnThreadStart() override {}
-  void OnThreadEnd() override {
-    zel::PrintLog("%N:   a thread ends: the thread listener hears of it\r\n");
-  }
-};
-
 void ShowThreads() {
-  static EndNarrator narrator;
-  zel::AddThreadListener(&narrator);
   std::printf("threads: three std::thread workers share the log; each line arrives whole\n");
   Worker workers[] = {{1, "e07b39"}, {2, "3b8ee0"}, {3, "b04ad8"}};
   std::thread threads[3];
