@@ -19,6 +19,8 @@ void SysConsole::Write(const strptr &text) {
   if (IsOn()) os::ConsoleWrite(text.text(), text.length());
 }
 
+bool SysConsole::IsTerminal() { return os::ConsoleIsTerminal(); }
+
 void prerr_end(cstring &text) {
   SysConsole::Write(text);
   BetterOutputDebugString(text);

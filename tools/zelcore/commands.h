@@ -1,9 +1,14 @@
-// The subcommands of the zelcore tool.
+// The subcommands of the zelcore tool. Each takes the arguments after its name and returns the
+// exit code: 0 on success, 1 for a failure, 2 for a usage error.
 #pragma once
 
 namespace zelcore {
 
-// `zelcore demo`: runs the library end to end and narrates it. Returns the exit code.
+// `zelcore demo`: runs the library end to end and narrates it.
 int Demo(int argc, char **argv);
+// `zelcore time parse FORMAT TEXT` and `zelcore time print FORMAT [UNIX-SECONDS|now]`.
+int Time(int argc, char **argv);
+// `zelcore date TEXT`: reads a loose date.
+int Date(int argc, char **argv);
 
 }  // namespace zelcore

@@ -3,8 +3,9 @@
 
 #include <zel/text/charset.h>
 #include <zel/text/cstring.h>
+#include <zel/text/string_iter.h>
 
-#include "os/os.h"
+#include <cstdio>
 
 namespace zelcore {
 
@@ -24,8 +25,8 @@ zel::cstring TakeMarker(zel::strptr &line) {
     for (int i = 2; i < 8; ++i)
       if (!zel::HexCharQ(line[i])) return colour;
     auto byte = [&](int at) {
-      auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; };
-      return digit(line[at]) * 16 + digit(line[at + 1]);
+      return zel::StringIter::HexCharToInt(line[at], 0) * 16 +
+             zel::StringIter::HexCharToInt(line[at + 1], 0);
     };
     colour << "\x1b[38;2;" << byte(2) << ';' << byte(4) << ';' << byte(6) << 'm';
   } else if ((kind == 'I' || kind == 'f') && end > 2) {
@@ -40,7 +41,7 @@ zel::cstring TakeMarker(zel::strptr &line) {
 
 }  // namespace
 
-ConsoleLog::ConsoleLog() : colours_(zel::os::ConsoleIsTerminal()) { zel::AddLogClient(this); }
+ConsoleLog::ConsoleLog() : colours_(zel::SysConsole::IsTerminal()) { zel::AddLogClient(this); }
 
 ConsoleLog::~ConsoleLog() { zel::RemoveLogClient(this); }
 
@@ -52,7 +53,8 @@ void ConsoleLog::Write(const zel::strptr &text) {
   out << line.TrimmedRight();
   if (colours_ && !colour.empty()) out << "\x1b[0m";
   out << '\n';
-  zel::os::ConsoleWrite(out.text(), out.length());
+  // One write per line: lines logged by several threads at once do not interleave.
+  std::fwrite(out.text(), 1, static_cast<size_t>(out.length()), stdout);
 }
 
 }  // namespace zelcore

@@ -4,53 +4,19 @@
 
 #include <zel/core.h>
 
-#include "os/os.h"
-
-#include <atomic>
 #include <cstdio>
+#include <thread>
 
 namespace zelcore {
 
 namespace {
 
-// Prints the threads the library sees starting and ending.
-struct ThreadNarrator final : zel::ThreadListener {
-  void OnThreadStart() override {
-    std::printf("  [thread %u starts]\n", zel::os::CurrentThreadId());
-  }
-  void OnThreadEnd() override { std::printf("  [thread %u ends]\n", zel::os::CurrentThreadId()); }
-};
-
-// Calls the worker has run: two queued ones and its timer's routine.
-std::atomic<int> g_worker_calls{0};
-
-void ZEL_CALLBACK SayHello(uintptr_t text) {
-  std::printf("  worker %u runs a queued call: %s\n", zel::os::CurrentThreadId(),
-              reinterpret_cast<const char *>(text));
-  ++g_worker_calls;
-}
-
-void ZEL_CALLBACK TimerFired(void *, uint32_t, uint32_t) {
-  std::printf("  worker %u runs its timer's completion routine\n", zel::os::CurrentThreadId());
-  ++g_worker_calls;
-}
-
-// The worker: arms a timer, then waits alertably until the queued calls and the timer have run.
-unsigned ZEL_CALLBACK Worker(void *) {
-  zel::os::Handle timer = zel::os::CreateWaitableTimer(false);
-  zel::os::SetWaitableTimer(timer, -200000 /* 20 ms */, 0, TimerFired, nullptr);
-  while (g_worker_calls < 3) zel::os::SleepEx(zel::os::kInfinite, true);
-  zel::os::CloseHandle(timer);
-  return 0;
-}
-
 void ShowClock() {
   const zel::NanoTime now = zel::NanoTime::Current();
-  const zel::UnixDiff today(now.ToUnixTime().value() - zel::UnixTime::Current().GetDate().value());
+  const zel::UnixTime seconds = now.ToUnixTime();
   zel::cstring line;
-  line << "clock: " << now << " local time, from the performance counter ("
-       << zel::PrintDoubleWithCommas(static_cast<double>(zel::os::PerfFrequency()), 0)
-       << " ticks per second); " << today << " since midnight";
+  line << "clock: " << now << " local time, from the performance counter kept in step with the "
+       << "system clock; " << (seconds - seconds.GetDate()) << " since midnight";
   std::printf("%s\n", line.text());
 }
 
@@ -70,6 +36,10 @@ void ShowTimeText() {
     line.Replace("\r\n", "\n    where: ");
     std::printf("%s\n", line.text());
   }
+  zel::StringIter loose("Jan 5, 07");
+  const DateStruct date = ParseDate(loose, false);
+  std::printf("  \"%s\" read as a loose date is day %d of month %d of %d\n", loose.text(), date.day,
+              date.month, date.year);
 }
 
 void ShowSharedText() {
@@ -82,26 +52,6 @@ void ShowSharedText() {
   const bool same = zel::InternString(name) == zel::InternString("Scheduler");
   std::printf("  \"%s\" interned from two different buffers: %s\n", name.text(),
               same ? "one address, one StringID" : "two addresses");
-}
-
-void ShowThreads() {
-  static ThreadNarrator narrator;
-  zel::AddThreadListener(&narrator);
-  std::printf("threads: the main thread is %u; a worker starts suspended\n",
-              zel::os::CurrentThreadId());
-  uint32_t id = 0;
-  zel::os::Handle worker = zel::os::CreateThread(Worker, nullptr, 0, true, &id);
-  if (worker == nullptr) {
-    std::printf("  could not start a thread\n");
-    return;
-  }
-  zel::os::QueueApc(SayHello, worker, reinterpret_cast<uintptr_t>("hello"));
-  zel::os::QueueApc(SayHello, worker, reinterpret_cast<uintptr_t>("world"));
-  std::printf("  two calls are queued to worker %u; now it is resumed\n", id);
-  zel::os::ResumeThread(worker);
-  if (zel::os::WaitOne(worker, 10000, false) == zel::os::kWaitObject0)
-    std::printf("  worker %u has ended: its handle is signalled\n", id);
-  zel::os::CloseHandle(worker);
 }
 
 void ShowText() {
@@ -129,8 +79,6 @@ void ShowText() {
 
 void ShowErrorsAndLog() {
   std::printf("log: a console client shows the lines and their markers\n");
-  std::fflush(stdout);  // the client writes to the console directly
-  ConsoleLog console;
   zel::LogCell cell;
   zel::PrintLog("%N: a note\r\n");
   zel::PrintLog("%C00aa00: a green line\r\n");
@@ -146,6 +94,44 @@ void ShowErrorsAndLog() {
   zel::DisableLogCategory("Exceptions");
 }
 
+// One of the demo's worker threads, numbered from 1, logging in a colour of its own.
+struct Worker {
+  int number;
+  const char *colour;  // six hexadecimal digits: red, green, blue
+
+  // Logs "  worker <number> " and `what` in the worker's colour.
+  void Log(const zel::strptr &what) const {
+    zel::cstring line;
+    line << "%C" << colour << ":   worker " << number << ' ' << what << "\r\n";
+    zel::PrintLog(line);
+  }
+
+  // The thread body: an exit hook, then two lines built in scratch strings from the thread's pool.
+  void Run() {
+    zel::AddThreadExitHook(zel::Hook0V::Of<&Worker::SayGoodbye>(this));
+    const zel::cstring *first = nullptr;
+    for (int i = 1; i <= 2; ++i) {
+      zel::ThreadLocalString scratch;
+      *scratch << "builds line " << i << " in "
+               << (&*scratch == first ? "the same scratch string, back from its pool"
+                                      : "a scratch string lent by its own pool");
+      first = &*scratch;
+      Log(*scratch);
+    }
+  }
+
+  void SayGoodbye() const { Log("runs its exit hook as it ends"); }
+};
+
+void ShowThreads() {
+  std::printf("threads: three std::thread workers share the log; each line arrives whole\n");
+  Worker workers[] = {{1, "e07b39"}, {2, "3b8ee0"}, {3, "b04ad8"}};
+  std::thread threads[3];
+  for (int i = 0; i < 3; ++i) threads[i] = std::thread(&Worker::Run, &workers[i]);
+  for (std::thread &t : threads) t.join();
+  std::printf("  all three have been joined\n");
+}
+
 }  // namespace
 
 int Demo(int, char **) {
@@ -155,7 +141,7 @@ int Demo(int, char **) {
   ShowText();
   ShowTimeText();
   ShowSharedText();
-  std::fflush(stdout);
+  ConsoleLog console;  // from here on, log lines show on the console too
   ShowErrorsAndLog();
   ShowThreads();
   std::fflush(stdout);

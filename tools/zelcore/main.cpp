@@ -23,6 +23,8 @@ int Help(int, char **);
 
 const Command kCommands[] = {
     {"demo", "run the library end to end and narrate what happens", zelcore::Demo},
+    {"time", "read and print times through a format of % letters", zelcore::Time},
+    {"date", "read a loose date such as \"Jan 5, 07\" or \"yesterday\"", zelcore::Date},
     {"version", "print the library's version and the platform leg it was built for", Version},
     {"help", "list the commands", Help},
 };

@@ -105,6 +105,9 @@ class ZEL_API SysConsole {
   static void TurnOn(bool on);
   // Writes to standard output when the console is on.
   static void Write(const strptr &text);
+  // Is standard output a terminal (a console window on Windows) rather than a file or a pipe?
+  // Asked of the system at each call, whether the console is on or not.
+  static bool IsTerminal();
 };
 
 // The text to the console (when on) and to the debugger.
