@@ -1,5 +1,6 @@
 # Runs one case of the zelcore tool's tests (see CMakeLists.txt beside this file): cmake
 # -DCASE=<case file> -DWORK=<scratch directory> -P check_tool.cmake
+cmake_policy(SET CMP0007 NEW)  # lists keep their empty elements
 include(${CASE})
 
 foreach(assignment IN LISTS ENV)
@@ -13,9 +14,7 @@ endforeach()
 file(MAKE_DIRECTORY ${WORK})
 set(input ${WORK}/input)
 file(WRITE ${input} "${EXPECT_INPUT}")
-execute_process(COMMAND ${EMULATOR} ${TOOL} ${ARGS}
-  INPUT_FILE ${input}
-  OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE code)
+run_tool(${input})
 
 # Windows programs write CR LF to a text-mode console; compare with LF.
 string(REPLACE "\r\n" "\n" out "${out}")

@@ -30,6 +30,7 @@ date_fails(no_year "Jan 5" "Incomplete date; not found: year\n1: Jan 5")
 # A lone number after a month name and a comma is the year.
 date_fails(comma_makes_year "Jan, 5" "Incomplete date; not found: day\n1: Jan, 5")
 date_fails(blank " " "Incomplete date; not found: year, month, day\n1:  ")
+date_fails(empty "" "Incomplete date; not found: year, month, day\n1: ")
 date_fails(word_after "2003/Jan/03 noon" "Unexpected text after the date\n1: 2003/Jan/03 ")
 date_fails(number_after_today "today 5" "Unexpected text after the date\n1: today ")
 

@@ -84,7 +84,7 @@ int Parse(int argc, char **argv) {
 // through a double, whose fraction would lose the last unit).
 bool ReadUnixSeconds(const zel::strptr &text, zel::NanoTime &time) {
   zel::StringIter in(text);
-  int64_t seconds = 0;
+  long long seconds = 0;
   if (!in.MaybeParseInteger64(seconds) || seconds < 0 || seconds > INT32_MAX) return false;
   int64_t units = 0;
   if (in.Peek() == '.') {
