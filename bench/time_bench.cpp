@@ -1,10 +1,15 @@
-// Reading the clock: NanoTime::Current beside one clock_gettime call. Times as text: ParseTime
-// beside strptime and mktime, PrintNanoTime beside localtime_r and strftime, on the same text and
-// format.
+// Reading the clock: NanoTime::Current beside what a caller would otherwise write,
+// std::chrono::system_clock::now() converted to 100-ns units since 1601, and beside one raw
+// clock_gettime call, the floor under any clock. Times as text: ParseTime beside strptime and
+// mktime, PrintNanoTime beside localtime_r and strftime, on the same text and format.
 #include <zel/time/nano_time.h>
 #include <zel/time/time_text.h>
 
 #include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdint>
+#include <ratio>
 
 #include <time.h>
 
@@ -14,6 +19,16 @@ void ZelCurrent(benchmark::State &state) {
   for (auto _ : state) benchmark::DoNotOptimize(zel::NanoTime::Current());
 }
 BENCHMARK(ZelCurrent)->Name("zel:time.current");
+
+void SystemClock(benchmark::State &state) {
+  using Units = std::chrono::duration<int64_t, std::ratio<1, 10'000'000>>;
+  for (auto _ : state) {
+    const auto since_1970 = std::chrono::system_clock::now().time_since_epoch();
+    benchmark::DoNotOptimize(std::chrono::duration_cast<Units>(since_1970).count() +
+                             zel::NanoTime::kUnixEpoch);
+  }
+}
+BENCHMARK(SystemClock)->Name("system_clock:time.current");
 
 void ClockGettime(benchmark::State &state) {
   for (auto _ : state) {

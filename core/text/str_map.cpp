@@ -84,13 +84,6 @@ void StrMapBase::AddMemUsage(MemUsageInfo &usage) const {
   usage.Add(double{kPointer} * bucket_count_, double{kPointer} * bucket_slots_);
 }
 
-StrEntryBase *StrMapBase::Find(const strptr &key) const {
-  const uint32_t hash = HashOf(key);
-  for (StrEntryBase *e = ChainOf(hash); e != nullptr; e = e->next)
-    if (e->hash == hash && e->key.Equal(key)) return e;
-  return nullptr;
-}
-
 void StrMapBase::Insert(StrEntryBase *entry) {
   entry->hash = HashOf(entry->key);
   PushOnChain(entry);

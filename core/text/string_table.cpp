@@ -22,9 +22,9 @@ class InternMap final : public StrMapBase {
   explicit InternMap(SerialAlloc &nodes) : nodes_(nodes) {}
   ~InternMap() override { Flush(); }
 
-  // The interned copy equal to `text`, or null.
-  const char *Lookup(const strptr &text) const {
-    const StrEntryBase *entry = Find(text);
+  // The interned copy equal to `text`, whose hash is `hash`, or null.
+  const char *Lookup(const strptr &text, uint32_t hash) const {
+    const StrEntryBase *entry = Find(text, hash);
     return entry != nullptr ? entry->key.text() : nullptr;
   }
 
@@ -61,9 +61,10 @@ StringTableMT::~StringTableMT() {
 }
 
 const char *StringTableMT::GetOrCreateIndex(const strptr &text) {
+  const uint32_t hash = Hash(text);  // before the lock: it reads only the caller's text
   Tables &t = *tables_;
   LightLockHold hold(t.lock);
-  if (const char *interned = t.map.Lookup(text)) return interned;
+  if (const char *interned = t.map.Lookup(text, hash)) return interned;
   shstring copy = t.pool.Add(text);
   if (copy.buffer() != t.newest_block) {
     t.newest_block = copy.buffer();
@@ -75,8 +76,9 @@ const char *StringTableMT::GetOrCreateIndex(const strptr &text) {
 }
 
 const char *StringTableMT::GetIndex(const strptr &text) const {
+  const uint32_t hash = Hash(text);
   LightLockHold hold(tables_->lock);
-  return tables_->map.Lookup(text);
+  return tables_->map.Lookup(text, hash);
 }
 
 int StringTableMT::Count() const {
@@ -98,9 +100,25 @@ void StringTableMT::AddMemUsage(MemUsageInfo &usage) const {
   tables_->map.AddMemUsage(usage);
 }
 
+namespace {
+
+uint32_t Signed(char c) { return static_cast<uint32_t>(static_cast<signed char>(c)); }
+
+}  // namespace
+
 uint32_t StringTableMT::Hash(const strptr &text) {
+  // Four characters a step: h * 33^4 + c0 * 33^3 + c1 * 33^2 + c2 * 33 + c3 is the same sum as
+  // four single steps, but its products are independent, so the chain of dependent operations that
+  // bounds the speed is a quarter as long.
+  constexpr uint32_t k1 = 33, k2 = k1 * 33, k3 = k2 * 33, k4 = k3 * 33;
+  const char *c = text.text();
+  const int n = text.length();
   uint32_t h = 0;
-  for (char c : text) h = h * 33 + static_cast<uint32_t>(static_cast<signed char>(c));
+  int i = 0;
+  for (; i + 4 <= n; i += 4)
+    h = h * k4 + Signed(c[i]) * k3 + Signed(c[i + 1]) * k2 + Signed(c[i + 2]) * k1 +
+        Signed(c[i + 3]);
+  for (; i < n; ++i) h = h * k1 + Signed(c[i]);
   return h;
 }
 

@@ -73,12 +73,41 @@ TEST(StringTableMT, InternsEachTextOnce) {
   EXPECT_EQ(table.GetIndex(strptr()), nullptr);
   EXPECT_STREQ(table.GetOrCreateIndex(""), "");
 
-  EXPECT_EQ(StringTableMT::Hash("ab"), 97u * 33 + 98);
-  EXPECT_EQ(StringTableMT::Hash("\xff"), 0xFFFFFFFFu);  // characters are signed
-
   EXPECT_EQ(InternString("zel.table.test"), InternString(strptr("zel.table.test!", 14)));
   EXPECT_EQ(FindInternedString("zel.table.never"), nullptr);
   EXPECT_EQ(FindInternedString("zel.table.test"), InternString("zel.table.test"));
+}
+
+// The hash takes four characters a step: lengths around the step, signed characters in the steps
+// and in the rest.
+TEST(StringTableMT, HashesAsOneCharacterAtATime) {
+  const struct {
+    strptr text;
+    uint32_t hash;
+  } cases[] = {
+      {"", 0},
+      {"\xff", 0xFFFFFFFF},
+      {"abc", 108966},
+      {"abcd", 3595978},
+      {"abcde", 118667375},
+      {"\xff\x80\x7f", 4294962110},
+      {"\200bcdefghi", 3898718380},
+  };
+  for (const auto &c : cases) EXPECT_EQ(StringTableMT::Hash(c.text), c.hash) << Str(c.text);
+}
+
+// Texts of equal hashes and lengths are compared as strncmp does.
+TEST(StringTableMT, TextsEqualUpToANulInBothShareOneCopy) {
+  StringTableMT table;
+  const strptr nul_one_nul("\0\x01\0", 3), nul_nul_bang("\0\0!", 3);  // both hash to 33
+  ASSERT_EQ(StringTableMT::Hash(nul_one_nul), StringTableMT::Hash(nul_nul_bang));
+  const char *first = table.GetOrCreateIndex(nul_one_nul);
+  EXPECT_EQ(table.GetOrCreateIndex(nul_nul_bang), first);  // intended
+  EXPECT_EQ(table.GetIndex(nul_nul_bang), first);
+
+  const strptr one_nul("\x01\0", 2), nul_bang("\0!", 2);  // both 33 too, but unequal
+  EXPECT_NE(table.GetOrCreateIndex(one_nul), table.GetOrCreateIndex(nul_bang));
+  EXPECT_EQ(table.Count(), 3);
 }
 
 TEST(StringTableMT, RehashesPastThreeEntriesPerBucket) {

@@ -7,6 +7,7 @@
 #include <zel/text/shstring.h>
 
 #include <cstdint>
+#include <cstring>
 
 namespace zel {
 
@@ -65,8 +66,13 @@ class ZEL_API StrMapBase {
   // Realloc does.
   StrEntryBase *CollectBuckets();
 
-  // The first entry whose key equals `key` (case-sensitive) in the key's chain, or null.
-  StrEntryBase *Find(const strptr &key) const;
+  // The first entry of the chain of `hash`, which must be HashOf(key), whose key equals `key`
+  // (case-sensitive, as strncmp compares), or null. Inline, as it is every lookup's whole path.
+  StrEntryBase *Find(const strptr &key, uint32_t hash) const {
+    for (StrEntryBase *e = ChainOf(hash); e != nullptr; e = e->next)
+      if (e->hash == hash && SameKey(e->key, key)) return e;
+    return nullptr;
+  }
   // Adds a new entry at the head of its chain, storing its key's hash.
   void Insert(StrEntryBase *entry);
   // Rehashes to the next prime above the entry count once there are more than 3 entries per
@@ -77,6 +83,17 @@ class ZEL_API StrMapBase {
   // The chain of a hash.
   StrEntryBase *&ChainOf(uint32_t hash) const {
     return buckets_[hash % static_cast<uint32_t>(bucket_count_)];
+  }
+  // Equal lengths and, as strncmp sees them, equal characters. memcmp settles the usual case, in
+  // which keys of equal hashes and lengths are equal; strncmp then catches texts that differ only
+  // after a NUL in both, which count as equal (intended).
+  static bool SameKey(const shstring &key, const strptr &text) {
+    const int n = text.length();
+    if (key.length() != n) return false;
+    if (n == 0) return true;  // either text may then be null
+    const size_t size = static_cast<size_t>(n);
+    return std::memcmp(key.text(), text.text(), size) == 0 ||
+           std::strncmp(key.text(), text.text(), size) == 0;
   }
   // Puts an entry at the head of its chain.
   void PushOnChain(StrEntryBase *entry);
