@@ -35,7 +35,8 @@ Page *Arena::NextPage(int k) {
     p->arena = this;
     p->free_list = nullptr;
     p->next_unused = p->FirstSlot();
-    p->block_size = BlockBytes(k);
+    p->slot_bytes = SlotBytes(k);
+    p->block_size = static_cast<uint32_t>(BlockBytes(k));
     p->size_class = k;
     p->slot_count = SlotsPerPage(k);
     p->active = 0;
@@ -73,6 +74,7 @@ void Arena::GiveBack(ClassPages &c, Page *p) {
 }
 
 void Arena::PushRemote(Slot *s) {
+  remote_frees_.fetch_add(1, std::memory_order_relaxed);
   Slot *head = remote_.load(std::memory_order_relaxed);
   do {
     NextFree(s) = head;
@@ -84,7 +86,7 @@ void Arena::DrainRemote() {
   Slot *s = remote_.exchange(nullptr, std::memory_order_acquire);
   while (s != nullptr) {
     Slot *next = NextFree(s);
-    Free(s);
+    Release(s);
     s = next;
   }
 }
@@ -99,11 +101,11 @@ void Arena::Snapshot(ArenaSnapshot &out) const {
     if (pages == 0) continue;
     intptr_t active = c.active.load(std::memory_order_relaxed);
     ClassSnapshot &cs = out.classes[out.class_count++];
-    cs.block_size = BlockBytes(k);
+    cs.block_size = static_cast<int64_t>(BlockBytes(k));
     cs.active = active;
     cs.unused = static_cast<int64_t>(pages) * SlotsPerPage(k) - active;
     out.system_blocks += pages;
-    out.user_bytes += static_cast<int64_t>(active) * BlockBytes(k);
+    out.user_bytes += static_cast<int64_t>(active) * static_cast<int64_t>(BlockBytes(k));
     out.system_bytes += static_cast<int64_t>(pages) * static_cast<int64_t>(PageBytes(k));
   }
 }

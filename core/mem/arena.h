@@ -43,9 +43,13 @@ class ZEL_API Arena {
 
   // A block of class k (kMinClass to kMaxClass), or null when the heap has no page. Holder only.
   void *Alloc(int k);
-  // Frees a slot of this arena. Holder only.
-  void Free(Slot *s);
-  // Hands a slot of this arena back from any thread, without waiting.
+  // Frees a slot of this arena, and counts the free. Holder only.
+  void Free(Slot *s) {
+    Release(s);
+    Add<int64_t>(frees_, 1);
+  }
+  // Hands a slot of this arena back from any thread, without waiting; the free counts at once,
+  // the slot is taken back at the holder's next allocation.
   void PushRemote(Slot *s);
 
   // A dedicated arena's owner thread id, kNoOwner while free.
@@ -57,7 +61,9 @@ class ZEL_API Arena {
 
   // Statistics, read from any thread without locks.
   int64_t allocs() const { return allocs_.load(std::memory_order_relaxed); }
-  int64_t frees() const { return frees_.load(std::memory_order_relaxed); }
+  int64_t frees() const {
+    return frees_.load(std::memory_order_relaxed) + remote_frees_.load(std::memory_order_relaxed);
+  }
   int64_t heap_allocs() const { return heap_allocs_.load(std::memory_order_relaxed); }
   int64_t heap_frees() const { return heap_frees_.load(std::memory_order_relaxed); }
   void Snapshot(ArenaSnapshot &out) const;
@@ -86,6 +92,8 @@ class ZEL_API Arena {
   // Files a page after a free made it empty or no longer full.
   void Refile(ClassPages &c, Page *p, bool was_full);
   void GiveBack(ClassPages &c, Page *p);
+  // Puts a slot back into its page, without counting: the free was counted when it was made.
+  void Release(Slot *s);
   void DrainRemote();
 
   LightLock lock_;
@@ -96,9 +104,10 @@ class ZEL_API Arena {
   std::atomic<int64_t> heap_frees_{0};
   ClassPages classes_[kClassCount];
   // What freeing threads touch, on a cache line apart from what the holder writes (which also
-  // aligns the whole arena to cache lines): they write the list, and read the index to tell a
-  // shared arena from a dedicated one.
+  // aligns the whole arena to cache lines): they write the list and count their frees, and read
+  // the index to tell a shared arena from a dedicated one.
   alignas(64) std::atomic<Slot *> remote_{nullptr};
+  std::atomic<int64_t> remote_frees_{0};
   const int index_;
 };
 
@@ -113,7 +122,7 @@ inline void *Arena::Alloc(int k) {
   } else {
     s = reinterpret_cast<Slot *>(p->next_unused);
     s->page = p;
-    p->next_unused += p->block_size + kSlotHeaderBytes;
+    p->next_unused += p->slot_bytes;
   }
   if (++p->active == p->slot_count) c.current = nullptr;  // full: on no list
   Add<intptr_t>(c.active, 1);
@@ -121,7 +130,7 @@ inline void *Arena::Alloc(int k) {
   return BlockOf(s);
 }
 
-inline void Arena::Free(Slot *s) {
+inline void Arena::Release(Slot *s) {
   Page *p = s->page;
   ClassPages &c = Class(p->size_class);
   NextFree(s) = p->free_list;
@@ -129,7 +138,6 @@ inline void Arena::Free(Slot *s) {
   bool was_full = p->active == p->slot_count;
   --p->active;
   Add<intptr_t>(c.active, -1);
-  Add<int64_t>(frees_, 1);
   if (was_full || (p->active == 0 && p != c.current)) Refile(c, p, was_full);
 }
 

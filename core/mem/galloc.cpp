@@ -6,6 +6,7 @@
 #include "mem/thread_records.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
 namespace zel {
@@ -50,13 +51,12 @@ using mem::ThreadRecord;
 }  // namespace
 
 void *GAlloc(int size) {
-  // Negative sizes, 0 and sizes above the largest class, with one comparison.
-  uint32_t bytes = static_cast<uint32_t>(size);
-  if (bytes - 1 >= mem::kMaxBlockBytes) {
-    if (size != 0) return nullptr;
-    bytes = 1;
+  // Every size from 1 to INT_MAX has a class (the largest, 2 GiB, is bounded only by the heap).
+  if (size <= 0) {
+    if (size < 0) return nullptr;
+    size = 1;
   }
-  int k = mem::SizeClass(bytes);
+  int k = mem::SizeClass(static_cast<uint32_t>(size));
   ThreadRecord *r = mem::CurrentRecord();
   if (r == nullptr && (r = mem::NewThreadRecord()) == nullptr) return nullptr;
   Arena *arena = r->arena;
@@ -92,16 +92,19 @@ void GFree(void *block) {
 
 void *GRealloc(void *block, int size) {
   if (block == nullptr) return GAlloc(size);
-  if (size < 0 || static_cast<uint32_t>(size) > mem::kMaxBlockBytes) return nullptr;
+  if (size < 0) return nullptr;
   mem::Page *page = mem::PageOf(block);
   if (mem::SizeClass(static_cast<uint32_t>(std::max(size, 1))) == page->size_class) return block;
   void *moved = GAlloc(size);
   if (moved == nullptr) return nullptr;
-  std::memcpy(moved, block, static_cast<size_t>(std::min(size, page->block_size)));
+  std::memcpy(moved, block, std::min(static_cast<size_t>(size), size_t{page->block_size}));
   GFree(block);
   return moved;
 }
 
-int MemoryAllocator::BlockSize(const void *block) { return mem::PageOf(block)->block_size; }
+int MemoryAllocator::BlockSize(const void *block) {
+  uint32_t bytes = mem::PageOf(block)->block_size;
+  return bytes > INT_MAX ? INT_MAX : static_cast<int>(bytes);
+}
 
 }  // namespace zel

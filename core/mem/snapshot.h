@@ -11,7 +11,7 @@ namespace zel::mem {
 
 // One size class of an arena that has pages of it.
 struct ClassSnapshot {
-  int32_t block_size = 0;
+  int64_t block_size = 0;
   int64_t active = 0;  // blocks handed out (freed by another thread but not taken back included)
   int64_t unused = 0;  // blocks never handed out, and blocks free
 };
