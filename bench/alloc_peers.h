@@ -1,7 +1,8 @@
 // The allocators the allocation benchmarks compare: ours in the shared arenas and in a dedicated
 // arena, glibc's malloc, and mimalloc and jemalloc loaded at run time. Each has Alloc and Free,
-// Available, true when it can run (else the reason is given to `state`), and Begin and End around
-// a benchmark's work on one thread (Begin false: the work is skipped, the reason given to `state`).
+// Available, true when it can run (else the reason is given to `state`), Begin and End around a
+// benchmark's work on one thread (Begin false: the work is skipped, the reason given to `state`),
+// and HeapCalls, the pages taken from and given back to the process heap so far (-1: not known).
 #pragma once
 
 #include <zel/mem/allocator.h>
@@ -12,6 +13,7 @@
 #include <benchmark/benchmark.h>
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 
@@ -23,6 +25,10 @@ struct Zel {
   static bool Available(benchmark::State &) { return true; }
   static bool Begin(benchmark::State &) { return true; }
   static void End() {}
+  static int64_t HeapCalls() {
+    AllocatorCounts counts = GetMemoryAllocator()->Counts();
+    return counts.heap_allocs + counts.heap_frees;
+  }
 };
 
 struct ZelDedicated : Zel {
@@ -42,6 +48,7 @@ struct Glibc {
   static bool Available(benchmark::State &) { return true; }
   static bool Begin(benchmark::State &) { return true; }
   static void End() {}
+  static int64_t HeapCalls() { return -1; }
 };
 
 // A peer loaded at run time. The OS layer binds a loaded library's own symbols first, so its
@@ -83,6 +90,7 @@ struct Loaded {
   }
   static bool Begin(benchmark::State &state) { return Available(state); }
   static void End() {}
+  static int64_t HeapCalls() { return -1; }
 };
 using Mimalloc = Loaded<g_mimalloc>;
 using Jemalloc = Loaded<g_jemalloc>;

@@ -2,7 +2,10 @@
 // and in dedicated ones ("_dedicated") beside the peers. One iteration is one round of work on
 // threads started for it (as a server's worker threads come and go); each case reports its time
 // per round and the process's peak resident memory while it ran (the counter "peak_rss"), so that
-// a case is best run in a process of its own (--benchmark_filter).
+// a case is best run in a process of its own (--benchmark_filter); ours also reports how often it
+// went to the process heap for a page or gave one back, per 1,000 allocations ("heap_calls_per_k").
+// "process_cpu" is the CPU time of all the process's threads per round, in seconds: on a busy
+// machine it says more about the allocator's own cost than the time does.
 //
 //   server             two threads replace random blocks of 8 to 1,000 bytes in one shared array
 //                      of 10,000; the threads of each round end and new ones carry on with the
@@ -20,6 +23,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <ctime>
 #include <memory>
 #include <string>
 #include <thread>
@@ -47,6 +51,28 @@ bool RunThreads(benchmark::State &state, int count, Body body) {
   return began;
 }
 
+// Measures the CPU time of the whole process over a run, reported per round as "process_cpu".
+class ProcessCpu {
+ public:
+  ProcessCpu() : start_(std::clock()) {}
+  void Report(benchmark::State &state) const {
+    state.counters["process_cpu"] =
+        benchmark::Counter(static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC,
+                           benchmark::Counter::kAvgIterations);
+  }
+
+ private:
+  std::clock_t start_;
+};
+
+// Reports A's heap calls since `before` per 1,000 of the run's `allocations`, when A counts them.
+template <typename A>
+void ReportHeapCalls(benchmark::State &state, int64_t before, int64_t allocations) {
+  if (before < 0 || allocations == 0) return;
+  state.counters["heap_calls_per_k"] =
+      static_cast<double>(A::HeapCalls() - before) * 1000.0 / static_cast<double>(allocations);
+}
+
 // Spins until `count` threads have arrived.
 void Meet(std::atomic<int> &arrived, int count) {
   arrived.fetch_add(1);
@@ -69,6 +95,7 @@ template <typename A>
 void Server(benchmark::State &state) {
   if (!A::Available(state)) return;
   RestartPeakMemory();
+  ProcessCpu cpu;
   auto slots = std::make_unique<std::atomic<void *>[]>(kServerSlots);
   uint32_t seed = 0x9E3779B9;
   auto random_size = [](uint32_t &s) { return 8 + NextRandom(s) % 993; };
@@ -78,6 +105,7 @@ void Server(benchmark::State &state) {
     Touch(slots[i], size);
   }
   uint32_t round = 0;
+  int64_t heap_calls = A::HeapCalls();
   for (auto _ : state) {
     ++round;
     bool ran = RunThreads<A>(state, kServerThreads, [&](int id) {
@@ -92,6 +120,8 @@ void Server(benchmark::State &state) {
     if (!ran) break;
   }
   ReportPeakMemory(state);
+  cpu.Report(state);
+  ReportHeapCalls<A>(state, heap_calls, state.iterations() * kServerThreads * kServerOpsPerThread);
   for (int i = 0; i < kServerSlots; ++i) A::Free(slots[i].load());
   state.SetItemsProcessed(state.iterations() * kServerThreads * kServerOpsPerThread);
 }
@@ -104,7 +134,9 @@ template <typename A>
 void ProducerConsumer(benchmark::State &state) {
   if (!A::Available(state)) return;
   RestartPeakMemory();
+  ProcessCpu cpu;
   uint32_t round = 0;
+  int64_t heap_calls = A::HeapCalls();
   for (auto _ : state) {
     ++round;
     Handoff handoff;
@@ -132,6 +164,8 @@ void ProducerConsumer(benchmark::State &state) {
     if (!ran) break;
   }
   ReportPeakMemory(state);
+  cpu.Report(state);
+  ReportHeapCalls<A>(state, heap_calls, state.iterations() * kMessages);
   state.SetItemsProcessed(state.iterations() * kMessages);
 }
 
@@ -144,6 +178,7 @@ template <typename A>
 void FalseSharing(benchmark::State &state) {
   if (!A::Available(state)) return;
   RestartPeakMemory();
+  ProcessCpu cpu;
   for (auto _ : state) {
     std::atomic<int> allocated{0};
     bool ran = RunThreads<A>(state, 2, [&](int) {
@@ -157,6 +192,7 @@ void FalseSharing(benchmark::State &state) {
     if (!ran) break;
   }
   ReportPeakMemory(state);
+  cpu.Report(state);
 }
 
 // ---------------------------------------------------------------------------------------------
