@@ -37,7 +37,8 @@ Page *Arena::NextPage(int k) {
     p->next_unused = p->FirstSlot();
     p->slot_bytes = SlotBytes(k);
     p->block_size = static_cast<uint32_t>(BlockBytes(k));
-    p->size_class = k;
+    p->size_class = static_cast<int16_t>(k);
+    p->arena_index = static_cast<int8_t>(index_);
     p->slot_count = SlotsPerPage(k);
     p->active = 0;
     Add<int64_t>(heap_allocs_, 1);
@@ -48,16 +49,32 @@ Page *Arena::NextPage(int k) {
   return p;
 }
 
-void Arena::Refile(ClassPages &c, Page *p, bool was_full) {
+Page *Arena::SwitchPage(int k, uint32_t taker) {
+  ClassPages &c = Class(k);
+  c.taker = taker;
+  Page *left = c.current;
+  if (left == nullptr) return nullptr;  // the caller finds a page as usual
+  c.current = nullptr;
+  Page *p = NextPage(k);
+  if (p == nullptr) {  // no page from the heap: the threads share the page after all
+    c.current = left;
+    return left;
+  }
+  Refile(c, left, true);
+  return p;
+}
+
+void Arena::Refile(ClassPages &c, Page *p, bool unlisted) {
   if (p->active != 0) {
-    // A full page got a free block: it joins the pages with free blocks.
+    // A full page got a free block back, or a page stopped being current: it joins the pages
+    // with free blocks.
     p->prev = nullptr;
     p->next = c.partial;
     if (c.partial != nullptr) c.partial->prev = p;
     c.partial = p;
     return;
   }
-  if (!was_full) {
+  if (!unlisted) {
     (p->prev != nullptr ? p->prev->next : c.partial) = p->next;
     if (p->next != nullptr) p->next->prev = p->prev;
   }
@@ -99,7 +116,7 @@ void Arena::Snapshot(ArenaSnapshot &out) const {
     const ClassPages &c = classes_[k - kMinClass];
     intptr_t pages = c.pages.load(std::memory_order_relaxed);
     if (pages == 0) continue;
-    intptr_t active = c.active.load(std::memory_order_relaxed);
+    intptr_t active = active_[k - kMinClass].load(std::memory_order_relaxed);
     ClassSnapshot &cs = out.classes[out.class_count++];
     cs.block_size = static_cast<int64_t>(BlockBytes(k));
     cs.active = active;

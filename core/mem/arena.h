@@ -26,6 +26,12 @@ inline constexpr uint32_t kNoOwner = ~0u;   // a dedicated arena's owner while i
 // free blocks, and at most one empty page; full pages are on no list until a block of theirs is
 // freed, and further empty pages go back to the heap.
 //
+// In the classes whose slots are smaller than a cache line, a thread that allocates after another
+// one makes another page current, and the other thread's page goes back among the pages with free
+// blocks, whence that thread takes it again when its turn comes: the small blocks of two threads
+// sharing an arena then lie on different pages, not side by side on the cache lines that both
+// write.
+//
 // Exported only so that the library's tests can reach it.
 class ZEL_API Arena {
  public:
@@ -41,8 +47,9 @@ class ZEL_API Arena {
   // The lock of a shared arena.
   LightLock &lock() { return lock_; }
 
-  // A block of class k (kMinClass to kMaxClass), or null when the heap has no page. Holder only.
-  void *Alloc(int k);
+  // A block of class k (kMinClass to kMaxClass) for the thread `taker`, or null when the heap has
+  // no page. Holder only.
+  void *Alloc(int k, uint32_t taker = 0);
   // Frees a slot of this arena, and counts the free. Holder only.
   void Free(Slot *s) {
     Release(s);
@@ -69,14 +76,15 @@ class ZEL_API Arena {
   void Snapshot(ArenaSnapshot &out) const;
 
  private:
+  // The page lists of a size class. They change only when a page fills, gets a block back while
+  // full, empties, or comes from or goes to the heap: so while the arena passes from thread to
+  // thread, their cache line is read by each and written by none.
   struct ClassPages {
     Page *current = nullptr;
     Page *partial = nullptr;  // other pages with free blocks
     Page *empty = nullptr;    // a page with no block handed out, kept for reuse
-    // Statistics: pages of the class, and its blocks handed out (freed remotely but not yet
-    // taken back included).
-    std::atomic<intptr_t> pages{0};
-    std::atomic<intptr_t> active{0};
+    std::atomic<intptr_t> pages{0};  // statistics: the pages of the class
+    uint32_t taker = 0;              // the thread that allocated last, in the small classes
   };
 
   // Statistics are written only by the holder: a plain load and store, no locked instruction.
@@ -89,8 +97,12 @@ class ZEL_API Arena {
   // Makes a page with a free slot current: one with free blocks, else the empty one, else a new
   // one from the heap. Null when the heap has none.
   Page *NextPage(int k);
-  // Files a page after a free made it empty or no longer full.
-  void Refile(ClassPages &c, Page *p, bool was_full);
+  // Makes another page current for `taker`, a thread other than the one that allocated last in
+  // class k; the page it leaves goes among those with free blocks. The page to allocate from.
+  Page *SwitchPage(int k, uint32_t taker);
+  // Files a page after a free made it empty or no longer full, or after it stopped being current
+  // (`unlisted`: it is on no list).
+  void Refile(ClassPages &c, Page *p, bool unlisted);
   void GiveBack(ClassPages &c, Page *p);
   // Puts a slot back into its page, without counting: the free was counted when it was made.
   void Release(Slot *s);
@@ -103,6 +115,9 @@ class ZEL_API Arena {
   std::atomic<int64_t> heap_allocs_{0};
   std::atomic<int64_t> heap_frees_{0};
   ClassPages classes_[kClassCount];
+  // Statistics written at every allocation and free, apart from the page lists: the blocks of
+  // each class handed out (freed remotely but not yet taken back included).
+  alignas(64) std::atomic<intptr_t> active_[kClassCount] = {};
   // What freeing threads touch, on a cache line apart from what the holder writes (which also
   // aligns the whole arena to cache lines): they write the list and count their frees, and read
   // the index to tell a shared arena from a dedicated one.
@@ -111,10 +126,11 @@ class ZEL_API Arena {
   const int index_;
 };
 
-inline void *Arena::Alloc(int k) {
+inline void *Arena::Alloc(int k, uint32_t taker) {
   if (remote_.load(std::memory_order_relaxed) != nullptr) DrainRemote();
   ClassPages &c = Class(k);
   Page *p = c.current;
+  if (k <= kLastLineSharingClass && c.taker != taker) p = SwitchPage(k, taker);
   if (p == nullptr && (p = NextPage(k)) == nullptr) return nullptr;
   Slot *s = p->free_list;
   if (s != nullptr) {
@@ -125,7 +141,7 @@ inline void *Arena::Alloc(int k) {
     p->next_unused += p->slot_bytes;
   }
   if (++p->active == p->slot_count) c.current = nullptr;  // full: on no list
-  Add<intptr_t>(c.active, 1);
+  Add<intptr_t>(active_[k - kMinClass], 1);
   Add<int64_t>(allocs_, 1);
   return BlockOf(s);
 }
@@ -137,7 +153,7 @@ inline void Arena::Release(Slot *s) {
   p->free_list = s;
   bool was_full = p->active == p->slot_count;
   --p->active;
-  Add<intptr_t>(c.active, -1);
+  Add<intptr_t>(active_[p->size_class - kMinClass], -1);
   if (was_full || (p->active == 0 && p != c.current)) Refile(c, p, was_full);
 }
 

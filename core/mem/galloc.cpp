@@ -36,14 +36,14 @@ using mem::ThreadRecord;
       r.current = there;
     }
     ++r.allocs[there];
-    void *block = other.Alloc(k);
+    void *block = other.Alloc(k, r.thread_id);
     other.lock().Leave();
     return block;
   }
   Arena &own = state.shared[here];
   own.lock().Enter();
   ++r.allocs[here];
-  void *block = own.Alloc(k);
+  void *block = own.Alloc(k, r.thread_id);
   own.lock().Leave();
   return block;
 }
@@ -63,7 +63,7 @@ void *GAlloc(int size) {
   if (r->dedicated) return arena->Alloc(k);
   if (!arena->lock().TryEnter()) return AllocContended(*r, k);
   ++r->allocs[r->current];
-  void *block = arena->Alloc(k);
+  void *block = arena->Alloc(k, r->thread_id);
   arena->lock().Leave();
   return block;
 }
@@ -71,9 +71,11 @@ void *GAlloc(int size) {
 void GFree(void *block) {
   if (block == nullptr) return;
   mem::Slot *s = mem::SlotOf(block);
-  Arena *arena = s->page->arena;
+  mem::Page *page = s->page;
+  Arena *arena = page->arena;
+  int index = page->arena_index;
   ThreadRecord *r = mem::CurrentRecord();
-  if (!arena->Shared()) {
+  if (index == mem::kDedicatedIndex) {
     // Only its owner frees into a dedicated arena directly.
     if (r != nullptr && r->arena == arena)
       arena->Free(s);
@@ -87,7 +89,7 @@ void GFree(void *block) {
   } else {
     arena->PushRemote(s);
   }
-  if (r != nullptr) ++r->frees[arena->index()];
+  if (r != nullptr) ++r->frees[index];
 }
 
 void *GRealloc(void *block, int size) {

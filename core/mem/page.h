@@ -38,9 +38,12 @@ struct Page {
   Page *next;
   size_t slot_bytes;  // from one slot to the next
   uint32_t block_size;
-  int32_t size_class;
-  int32_t slot_count;
   int32_t active;  // blocks handed out and not freed; the free ones are slot_count - active
+  int32_t slot_count;
+  int16_t size_class;
+  // The owning arena's index (kDedicatedIndex for a dedicated one), kept here so that a free
+  // learns it from the line it reads anyway, not from the arena's.
+  int8_t arena_index;
 
   // The first slot: just after the header, or up to kFirstSlotSlack bytes further, where its
   // block is aligned to kBlockAlignment.

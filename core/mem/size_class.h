@@ -25,6 +25,9 @@ inline constexpr int kBlockAlignment = sizeof(void *) == 8 ? 16 : 8;
 // heap's alignment of the page (at least 8): 8 bytes on 64-bit builds, none on 32-bit ones.
 inline constexpr int kFirstSlotSlack = kBlockAlignment - kSlotHeaderBytes;
 
+// The last class whose slots are smaller than a 64-byte cache line, so that several share one.
+inline constexpr int kLastLineSharingClass = 5;
+
 // The class of a request of 1 to 2^31 bytes: the smallest k >= kMinClass with 2^k >= size. One
 // bit scan, no branch.
 inline int SizeClass(uint32_t size) {
@@ -54,6 +57,8 @@ constexpr size_t PageBytes(int k) {
          kSlotHeaderBytes;
 }
 
+static_assert(SlotBytes(kLastLineSharingClass) < 64 && SlotBytes(kLastLineSharingClass + 1) >= 64,
+              "the classes of slots smaller than a cache line");
 static_assert(sizeof(void *) == 8 || (PageBytes(3) == 4096 && PageBytes(4) == 4096),
               "on 32-bit builds small blocks fill a 4 KiB page");
 static_assert(PageBytes(3) <= 4096 && PageBytes(4) == 4096 && PageBytes(11) <= 4096,

@@ -115,6 +115,47 @@ TEST(Dedicated, AFourthThreadFindsAllGoneAndStaysOnTheSharedArenas) {
   OnNewThread([] { EXPECT_TRUE(GetMemoryAllocator()->Dedicate()); });
 }
 
+// Whether any byte of the blocks in `a` lies on a 64-byte cache line with a byte of those in `b`.
+bool ShareACacheLine(const std::vector<void *> &a, const std::vector<void *> &b, int size) {
+  auto lines = [size](void *p) {
+    auto first = reinterpret_cast<uintptr_t>(p) / 64;
+    return std::pair(first, (reinterpret_cast<uintptr_t>(p) + size - 1) / 64);
+  };
+  for (void *p : a)
+    for (void *q : b)
+      if (lines(p).first <= lines(q).second && lines(q).first <= lines(p).second) return true;
+  return false;
+}
+
+TEST(SharedArena, SmallBlocksOfTwoThreadsTakingTurnsNeverShareACacheLine) {
+  struct Case {
+    int size, count;  // each thread takes `count` blocks of `size` bytes at its turn
+  } const cases[] = {{8, 1}, {8, 3}, {16, 1}, {16, 3}, {32, 1}, {32, 3}};
+  for (const Case &c : cases) {
+    std::vector<void *> first, second;  // of a thread that allocates before and after the other
+    auto take = [&c](std::vector<void *> &blocks) {
+      for (int i = 0; i < c.count; ++i) blocks.push_back(GAlloc(c.size));
+    };
+    test::TestEvent allocated, other_allocated;
+    test::TestThread thread([&] {
+      take(first);
+      allocated.Set();
+      other_allocated.Wait();
+      take(first);
+      ReleaseThreadAllocatorRecord();
+    });
+    ASSERT_TRUE(allocated.Wait());
+    OnNewThread([&] { take(second); });
+    other_allocated.Set();
+    ASSERT_TRUE(thread.Join());
+    EXPECT_EQ(ArenaOf(first[0]), ArenaOf(second[0]));  // both start on shared arena 0
+    EXPECT_FALSE(ShareACacheLine(first, second, c.size)) << c.size << " x " << c.count;
+    EXPECT_EQ(mem::PageOf(first.front()), mem::PageOf(first.back()));  // its own page again
+    for (void *p : first) GFree(p);
+    for (void *p : second) GFree(p);
+  }
+}
+
 // A fresh thread makes counts[i] allocations in shared arena i, then collides by holding that
 // arena's lock itself: the next arena serves it and it moves there. The third collision, in arena
 // 2 (ratio 1 / (counts[2] + 1) × 0.98), is served by arena 0 (ratio 1 / (counts[0] + 1)).
