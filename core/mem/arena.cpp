@@ -23,12 +23,11 @@ bool Arena::Claim(uint32_t thread_id) {
 
 Page *Arena::NextPage(int k) {
   ClassPages &c = Class(k);
-  Page *p = c.partial;
+  Page *p = c.empty;
   if (p != nullptr) {
-    c.partial = p->next;
-    if (p->next != nullptr) p->next->prev = nullptr;
-  } else if ((p = c.empty) != nullptr) {
     c.empty = nullptr;
+  } else if ((p = c.partial) != nullptr) {
+    Unlink(c, p);
   } else {
     p = static_cast<Page *>(os::HeapAlloc(PageBytes(k)));
     if (p == nullptr) return nullptr;
@@ -44,7 +43,6 @@ Page *Arena::NextPage(int k) {
     Add<int64_t>(heap_allocs_, 1);
     Add<intptr_t>(c.pages, 1);
   }
-  p->prev = p->next = nullptr;
   c.current = p;
   return p;
 }
@@ -60,24 +58,45 @@ Page *Arena::SwitchPage(int k, uint32_t taker) {
     c.current = left;
     return left;
   }
-  Refile(c, left, true);
+  // First in line, so that the thread that left it takes it back at its next turn.
+  if (left->active != 0)
+    Link(c, left, true);
+  else
+    KeepOrGiveBack(c, left);
   return p;
 }
 
-void Arena::Refile(ClassPages &c, Page *p, bool unlisted) {
+void Arena::Refile(ClassPages &c, Page *p, bool was_full) {
   if (p->active != 0) {
-    // A full page got a free block back, or a page stopped being current: it joins the pages
-    // with free blocks.
-    p->prev = nullptr;
-    p->next = c.partial;
-    if (c.partial != nullptr) c.partial->prev = p;
-    c.partial = p;
+    // A full page got a block back. Last in line: by its turn, more of its blocks are free, and
+    // pages that empty meanwhile are the ones that go back to the heap, not ones still in use.
+    Link(c, p, false);
     return;
   }
-  if (!unlisted) {
-    (p->prev != nullptr ? p->prev->next : c.partial) = p->next;
-    if (p->next != nullptr) p->next->prev = p->prev;
+  if (!was_full) Unlink(c, p);
+  KeepOrGiveBack(c, p);
+}
+
+void Arena::Link(ClassPages &c, Page *p, bool first) {
+  if (first) {
+    p->prev = nullptr;
+    p->next = c.partial;
+    (c.partial != nullptr ? c.partial->prev : c.partial_last) = p;
+    c.partial = p;
+  } else {
+    p->prev = c.partial_last;
+    p->next = nullptr;
+    (c.partial_last != nullptr ? c.partial_last->next : c.partial) = p;
+    c.partial_last = p;
   }
+}
+
+void Arena::Unlink(ClassPages &c, Page *p) {
+  (p->prev != nullptr ? p->prev->next : c.partial) = p->next;
+  (p->next != nullptr ? p->next->prev : c.partial_last) = p->prev;
+}
+
+void Arena::KeepOrGiveBack(ClassPages &c, Page *p) {
   if (c.empty == nullptr)
     c.empty = p;
   else

@@ -81,7 +81,8 @@ class ZEL_API Arena {
   // thread, their cache line is read by each and written by none.
   struct ClassPages {
     Page *current = nullptr;
-    Page *partial = nullptr;  // other pages with free blocks
+    Page *partial = nullptr;  // other pages with free blocks, in the order they are taken
+    Page *partial_last = nullptr;
     Page *empty = nullptr;    // a page with no block handed out, kept for reuse
     std::atomic<intptr_t> pages{0};  // statistics: the pages of the class
     uint32_t taker = 0;              // the thread that allocated last, in the small classes
@@ -100,9 +101,13 @@ class ZEL_API Arena {
   // Makes another page current for `taker`, a thread other than the one that allocated last in
   // class k; the page it leaves goes among those with free blocks. The page to allocate from.
   Page *SwitchPage(int k, uint32_t taker);
-  // Files a page after a free made it empty or no longer full, or after it stopped being current
-  // (`unlisted`: it is on no list).
-  void Refile(ClassPages &c, Page *p, bool unlisted);
+  // Files a page after a free made it empty or no longer full.
+  void Refile(ClassPages &c, Page *p, bool was_full);
+  // Puts a page among those with free blocks, first or last in line; takes one out.
+  void Link(ClassPages &c, Page *p, bool first);
+  void Unlink(ClassPages &c, Page *p);
+  // Keeps an empty page for the class, or gives it back when one is kept already.
+  void KeepOrGiveBack(ClassPages &c, Page *p);
   void GiveBack(ClassPages &c, Page *p);
   // Puts a slot back into its page, without counting: the free was counted when it was made.
   void Release(Slot *s);

@@ -110,6 +110,39 @@ TEST(Arena, ReusesFreedBlocksAndKeepsOneEmptyPagePerClass) {
   GiveAll(arena, blocks);
 }
 
+TEST(Arena, TheKeptEmptyPageIsUsedFirstSoThatTheNextOneToEmptyNeedNotGoBack) {
+  Arena arena(0);
+  const int k = 5, per_page = k64 ? 84 : 100;
+  std::vector<void *> blocks = Take(arena, k, 3 * per_page);  // three full pages
+  auto page = [&](int i) {
+    return std::vector<void *>(blocks.begin() + i * per_page, blocks.begin() + (i + 1) * per_page);
+  };
+  GiveAll(arena, page(0));            // kept empty
+  arena.Free(SlotOf(page(1).back()));  // one block free
+  void *next = arena.Alloc(k);
+  EXPECT_EQ(PageOf(next), PageOf(blocks[0]));  // from the empty page, not the other
+  std::vector<void *> rest = page(1);
+  rest.pop_back();
+  GiveAll(arena, rest);  // the second page empties too, and is kept in turn
+  EXPECT_EQ(arena.heap_frees(), 0);
+  GiveAll(arena, page(2));
+  arena.Free(SlotOf(next));
+}
+
+TEST(Arena, PagesThatGetBlocksBackAreTakenInTheOrderTheyGotThem) {
+  Arena arena(0);
+  const int k = 4, per_page = k64 ? 126 : 168;
+  std::vector<void *> blocks = Take(arena, k, 3 * per_page);  // three full pages
+  // The oldest in line has had the longest time to get more blocks back.
+  for (int page : {1, 0, 2}) arena.Free(SlotOf(blocks[page * per_page]));
+  for (int page : {1, 0, 2}) {
+    void *next = arena.Alloc(k);
+    EXPECT_EQ(next, blocks[page * per_page]) << page;
+    blocks[page * per_page] = next;
+  }
+  GiveAll(arena, blocks);
+}
+
 TEST(Arena, SnapshotReportsEachClassInUse) {
   Arena arena(kDedicatedIndex);
   ASSERT_TRUE(arena.Claim(42));
