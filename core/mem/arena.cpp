@@ -131,11 +131,13 @@ void Arena::Snapshot(ArenaSnapshot &out) const {
   out = ArenaSnapshot{};
   out.index = index_;
   out.owner = owner();
+  if (Shared()) lock_.Enter();
   for (int k = kMinClass; k <= kMaxClass; ++k) {
     const ClassPages &c = classes_[k - kMinClass];
     intptr_t pages = c.pages.load(std::memory_order_relaxed);
     if (pages == 0) continue;
-    intptr_t active = active_[k - kMinClass].load(std::memory_order_relaxed);
+    intptr_t active = Shared() ? ActiveInPages(c, k)
+                               : active_[k - kMinClass].load(std::memory_order_relaxed);
     ClassSnapshot &cs = out.classes[out.class_count++];
     cs.block_size = static_cast<int64_t>(BlockBytes(k));
     cs.active = active;
@@ -144,6 +146,14 @@ void Arena::Snapshot(ArenaSnapshot &out) const {
     out.user_bytes += static_cast<int64_t>(active) * static_cast<int64_t>(BlockBytes(k));
     out.system_bytes += static_cast<int64_t>(pages) * static_cast<int64_t>(PageBytes(k));
   }
+  if (Shared()) lock_.Leave();
+}
+
+intptr_t Arena::ActiveInPages(const ClassPages &c, int k) {
+  intptr_t active = c.full * SlotsPerPage(k);
+  if (c.current != nullptr) active += c.current->active;
+  for (const Page *p = c.partial; p != nullptr; p = p->next) active += p->active;
+  return active;
 }
 
 }  // namespace zel::mem

@@ -66,7 +66,8 @@ class ZEL_API Arena {
   // Frees the arena for the next owner, who takes over its pages and its remote-free list.
   void Disown() { owner_.store(kNoOwner, std::memory_order_release); }
 
-  // Statistics, read from any thread without locks.
+  // Statistics, read from any thread without locks (but for a shared arena's snapshot, which takes
+  // its lock to count the blocks of its pages).
   int64_t allocs() const { return allocs_.load(std::memory_order_relaxed); }
   int64_t frees() const {
     return frees_.load(std::memory_order_relaxed) + remote_frees_.load(std::memory_order_relaxed);
@@ -85,6 +86,7 @@ class ZEL_API Arena {
     Page *partial_last = nullptr;
     Page *empty = nullptr;    // a page with no block handed out, kept for reuse
     std::atomic<intptr_t> pages{0};  // statistics: the pages of the class
+    intptr_t full = 0;               // the pages on no list because they are full
     uint32_t taker = 0;              // the thread that allocated last, in the small classes
   };
 
@@ -95,8 +97,8 @@ class ZEL_API Arena {
   }
 
   ClassPages &Class(int k) { return classes_[k - kMinClass]; }
-  // Makes a page with a free slot current: one with free blocks, else the empty one, else a new
-  // one from the heap. Null when the heap has none.
+  // Makes a page with a free slot current: the kept empty one, else the first in line of those
+  // with free blocks, else a new one from the heap. Null when the heap has none.
   Page *NextPage(int k);
   // Makes another page current for `taker`, a thread other than the one that allocated last in
   // class k; the page it leaves goes among those with free blocks. The page to allocate from.
@@ -109,26 +111,29 @@ class ZEL_API Arena {
   // Keeps an empty page for the class, or gives it back when one is kept already.
   void KeepOrGiveBack(ClassPages &c, Page *p);
   void GiveBack(ClassPages &c, Page *p);
+  // The blocks handed out in the pages of class k, counted page by page. Holder only.
+  static intptr_t ActiveInPages(const ClassPages &c, int k);
   // Puts a slot back into its page, without counting: the free was counted when it was made.
   void Release(Slot *s);
   void DrainRemote();
 
-  LightLock lock_;
+  mutable LightLock lock_;  // a snapshot takes it too
+  const int index_;
   std::atomic<uint32_t> owner_{kNoOwner};
   std::atomic<int64_t> allocs_{0};
   std::atomic<int64_t> frees_{0};
   std::atomic<int64_t> heap_allocs_{0};
   std::atomic<int64_t> heap_frees_{0};
   ClassPages classes_[kClassCount];
-  // Statistics written at every allocation and free, apart from the page lists: the blocks of
-  // each class handed out (freed remotely but not yet taken back included).
+  // Statistics of a dedicated arena, counted at every allocation and free: the blocks of each
+  // class handed out (freed remotely but not yet taken back included). A shared arena's snapshot
+  // counts them from its pages instead, so that the threads that pass a shared arena among them
+  // do not pass this line along too at every block.
   alignas(64) std::atomic<intptr_t> active_[kClassCount] = {};
   // What freeing threads touch, on a cache line apart from what the holder writes (which also
-  // aligns the whole arena to cache lines): they write the list and count their frees, and read
-  // the index to tell a shared arena from a dedicated one.
+  // aligns the whole arena to cache lines): they write the list and count their frees.
   alignas(64) std::atomic<Slot *> remote_{nullptr};
   std::atomic<int64_t> remote_frees_{0};
-  const int index_;
 };
 
 inline void *Arena::Alloc(int k, uint32_t taker) {
@@ -145,8 +150,11 @@ inline void *Arena::Alloc(int k, uint32_t taker) {
     s->page = p;
     p->next_unused += p->slot_bytes;
   }
-  if (++p->active == p->slot_count) c.current = nullptr;  // full: on no list
-  Add<intptr_t>(active_[k - kMinClass], 1);
+  if (++p->active == p->slot_count) {  // full: on no list
+    c.current = nullptr;
+    ++c.full;
+  }
+  if (!Shared()) Add<intptr_t>(active_[k - kMinClass], 1);
   Add<int64_t>(allocs_, 1);
   return BlockOf(s);
 }
@@ -158,7 +166,8 @@ inline void Arena::Release(Slot *s) {
   p->free_list = s;
   bool was_full = p->active == p->slot_count;
   --p->active;
-  Add<intptr_t>(active_[p->size_class - kMinClass], -1);
+  if (!Shared()) Add<intptr_t>(active_[p->size_class - kMinClass], -1);
+  if (was_full) --c.full;
   if (was_full || (p->active == 0 && p != c.current)) Refile(c, p, was_full);
 }
 

@@ -34,7 +34,8 @@ struct AllocatorSnapshot {
   ArenaSnapshot arenas[kSharedArenas + kDedicatedArenas];
 };
 
-// Fills `out` from every arena, without locks: figures of arenas in use may be a little apart.
+// Fills `out` from every arena; each shared arena's lock is taken for a moment, to count the
+// blocks of its pages. Figures of arenas in use may be a little apart.
 // All zero before the allocator is made.
 ZEL_API void TakeAllocatorSnapshot(AllocatorSnapshot &out);
 
