@@ -78,8 +78,9 @@ class ZEL_API Arena {
 
  private:
   // The page lists of a size class. They change only when a page fills, gets a block back while
-  // full, empties, or comes from or goes to the heap: so while the arena passes from thread to
-  // thread, their cache line is read by each and written by none.
+  // full, empties, or comes from or goes to the heap (and, in the small classes, when another
+  // thread takes its turn): so while the arena passes from thread to thread, their cache line is
+  // mostly read by each and written by none.
   struct ClassPages {
     Page *current = nullptr;
     Page *partial = nullptr;  // other pages with free blocks, in the order they are taken
