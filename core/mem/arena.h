@@ -115,7 +115,7 @@ class ZEL_API Arena {
   // The blocks handed out in the pages of class k, counted page by page. Holder only.
   static intptr_t ActiveInPages(const ClassPages &c, int k);
   // Puts a slot back into its page, without counting: the free was counted when it was made.
-  void Release(Slot *s);
+  inline void Release(Slot *s);
   void DrainRemote();
 
   mutable LightLock lock_;  // a snapshot takes it too
