@@ -79,7 +79,7 @@ void Meet(std::atomic<int> &arrived, int count) {
   while (arrived.load() < count) os::Yield();
 }
 
-// A block's first and last bytes, written and read as a user of it would.
+// Writes a block's first and last bytes, as a user of it would.
 void Touch(void *block, uint32_t size) {
   static_cast<char *>(block)[0] = static_cast<char>(size);
   static_cast<char *>(block)[size - 1] = static_cast<char>(size);
