@@ -6,6 +6,7 @@
 #include "mem/thread_records.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
 namespace zel {
@@ -35,14 +36,14 @@ using mem::ThreadRecord;
       r.current = there;
     }
     ++r.allocs[there];
-    void *block = other.Alloc(k);
+    void *block = other.Alloc(k, r.thread_id);
     other.lock().Leave();
     return block;
   }
   Arena &own = state.shared[here];
   own.lock().Enter();
   ++r.allocs[here];
-  void *block = own.Alloc(k);
+  void *block = own.Alloc(k, r.thread_id);
   own.lock().Leave();
   return block;
 }
@@ -50,20 +51,19 @@ using mem::ThreadRecord;
 }  // namespace
 
 void *GAlloc(int size) {
-  // Negative sizes, 0 and sizes above the largest class, with one comparison.
-  uint32_t bytes = static_cast<uint32_t>(size);
-  if (bytes - 1 >= mem::kMaxBlockBytes) {
-    if (size != 0) return nullptr;
-    bytes = 1;
+  // Every size from 1 to INT_MAX has a class (the largest, 2 GiB, is bounded only by the heap).
+  if (size <= 0) {
+    if (size < 0) return nullptr;
+    size = 1;
   }
-  int k = mem::SizeClass(bytes);
+  int k = mem::SizeClass(static_cast<uint32_t>(size));
   ThreadRecord *r = mem::CurrentRecord();
   if (r == nullptr && (r = mem::NewThreadRecord()) == nullptr) return nullptr;
   Arena *arena = r->arena;
   if (r->dedicated) return arena->Alloc(k);
   if (!arena->lock().TryEnter()) return AllocContended(*r, k);
   ++r->allocs[r->current];
-  void *block = arena->Alloc(k);
+  void *block = arena->Alloc(k, r->thread_id);
   arena->lock().Leave();
   return block;
 }
@@ -71,9 +71,11 @@ void *GAlloc(int size) {
 void GFree(void *block) {
   if (block == nullptr) return;
   mem::Slot *s = mem::SlotOf(block);
-  Arena *arena = s->page->arena;
+  mem::Page *page = s->page;
+  Arena *arena = page->arena;
+  int index = page->arena_index;
   ThreadRecord *r = mem::CurrentRecord();
-  if (!arena->Shared()) {
+  if (index == mem::kDedicatedIndex) {
     // Only its owner frees into a dedicated arena directly.
     if (r != nullptr && r->arena == arena)
       arena->Free(s);
@@ -87,21 +89,24 @@ void GFree(void *block) {
   } else {
     arena->PushRemote(s);
   }
-  if (r != nullptr) ++r->frees[arena->index()];
+  if (r != nullptr) ++r->frees[index];
 }
 
 void *GRealloc(void *block, int size) {
   if (block == nullptr) return GAlloc(size);
-  if (size < 0 || static_cast<uint32_t>(size) > mem::kMaxBlockBytes) return nullptr;
+  if (size < 0) return nullptr;
   mem::Page *page = mem::PageOf(block);
   if (mem::SizeClass(static_cast<uint32_t>(std::max(size, 1))) == page->size_class) return block;
   void *moved = GAlloc(size);
   if (moved == nullptr) return nullptr;
-  std::memcpy(moved, block, static_cast<size_t>(std::min(size, page->block_size)));
+  std::memcpy(moved, block, std::min(static_cast<size_t>(size), size_t{page->block_size}));
   GFree(block);
   return moved;
 }
 
-int MemoryAllocator::BlockSize(const void *block) { return mem::PageOf(block)->block_size; }
+int MemoryAllocator::BlockSize(const void *block) {
+  uint32_t bytes = mem::PageOf(block)->block_size;
+  return bytes > INT_MAX ? INT_MAX : static_cast<int>(bytes);
+}
 
 }  // namespace zel

@@ -28,7 +28,7 @@ inline Slot *SlotOf(void *block) {
 }
 inline Page *PageOf(const void *block) { return SlotOf(const_cast<void *>(block))->page; }
 
-// The header at the start of every page. Arena, size and class never change; the rest belongs
+// The header at the start of every page. Arena, sizes and class never change; the rest belongs
 // to whoever holds the arena.
 struct Page {
   Arena *arena;
@@ -36,12 +36,22 @@ struct Page {
   char *next_unused;  // the next slot never handed out
   Page *prev;         // neighbours in the class's list of pages with free blocks
   Page *next;
-  int32_t block_size;
-  int32_t size_class;
-  int32_t slot_count;
+  size_t slot_bytes;  // from one slot to the next
+  uint32_t block_size;
   int32_t active;  // blocks handed out and not freed; the free ones are slot_count - active
+  int32_t slot_count;
+  int16_t size_class;
+  // The owning arena's index (kDedicatedIndex for a dedicated one), kept here so that a free
+  // learns it from the line it reads anyway, not from the arena's.
+  int8_t arena_index;
 
-  char *FirstSlot() { return reinterpret_cast<char *>(this) + kPageHeaderBytes; }
+  // The first slot: just after the header, or up to kFirstSlotSlack bytes further, where its
+  // block is aligned to kBlockAlignment.
+  char *FirstSlot() {
+    uintptr_t block = reinterpret_cast<uintptr_t>(this) + kPageHeaderBytes + kSlotHeaderBytes;
+    block = (block + kBlockAlignment - 1) & ~uintptr_t{kBlockAlignment - 1};
+    return reinterpret_cast<char *>(block - kSlotHeaderBytes);
+  }
 };
 
 static_assert(sizeof(Page) <= kPageHeaderBytes, "the page header fits its 64 bytes");

@@ -11,7 +11,7 @@ namespace zel::mem {
 
 // One size class of an arena that has pages of it.
 struct ClassSnapshot {
-  int32_t block_size = 0;
+  int64_t block_size = 0;
   int64_t active = 0;  // blocks handed out (freed by another thread but not taken back included)
   int64_t unused = 0;  // blocks never handed out, and blocks free
 };
@@ -34,7 +34,8 @@ struct AllocatorSnapshot {
   ArenaSnapshot arenas[kSharedArenas + kDedicatedArenas];
 };
 
-// Fills `out` from every arena, without locks: figures of arenas in use may be a little apart.
+// Fills `out` from every arena; each shared arena's lock is taken for a moment, to count the
+// blocks of its pages. Figures of arenas in use may be a little apart.
 // All zero before the allocator is made.
 ZEL_API void TakeAllocatorSnapshot(AllocatorSnapshot &out);
 

@@ -38,7 +38,7 @@ void MemoryAllocator::PrintStats(cstring &out) {
     out << "\r\n";
     for (int i = 0; i < arena.class_count; ++i) {
       const mem::ClassSnapshot &c = arena.classes[i];
-      out << "\tBlocks of size " << c.block_size << ": " << Number(c.active) << " active, "
+      out << "\tBlocks of size " << Number(c.block_size) << ": " << Number(c.active) << " active, "
           << Number(c.unused) << " unused\r\n";
     }
     out << "Number of system blocks: " << Number(arena.system_blocks) << "\r\n"

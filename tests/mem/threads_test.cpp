@@ -33,22 +33,23 @@ bool AllDedicatedArenasFree() {
   return true;
 }
 
-TEST(RemoteFree, ABlockFreedElsewhereReturnsToItsSharedArenaAtItsNextAllocation) {
+TEST(RemoteFree, ABlockFreedElsewhereCountsAtOnceAndReturnsToItsArenaAtItsNextAllocation) {
   void *p = GAlloc(100);
   Arena *arena = ArenaOf(p);
   ASSERT_TRUE(arena->Shared());
   // With the lock held here, the other thread cannot free into the arena: it hands the block back.
   ASSERT_TRUE(arena->lock().TryEnter());
-  int64_t frees = arena->frees();
+  int64_t frees = arena->frees(), total = GetMemoryAllocator()->Counts().frees;
   OnNewThread([&] { GFree(p); });
+  EXPECT_EQ(arena->frees(), frees + 1);  // counted, though not yet taken back
+  EXPECT_EQ(GetMemoryAllocator()->Counts().frees, total + 1);
   arena->lock().Leave();
-  EXPECT_EQ(arena->frees(), frees);  // not yet taken back
   EXPECT_EQ(GAlloc(100), p);
-  EXPECT_EQ(arena->frees(), frees + 1);
+  EXPECT_EQ(arena->frees(), frees + 1);  // taking it back counts nothing more
   GFree(p);
 }
 
-TEST(Dedicated, FreesFromOtherThreadsWaitOnTheRemoteListUntilTheOwnerAllocates) {
+TEST(Dedicated, FreesFromOtherThreadsWaitOnTheRemoteListUntilTheOwnerAllocatesCountedAtOnce) {
   ASSERT_TRUE(AllDedicatedArenasFree());
   OnNewThread([] {
     ASSERT_TRUE(GetMemoryAllocator()->Dedicate());
@@ -61,10 +62,9 @@ TEST(Dedicated, FreesFromOtherThreadsWaitOnTheRemoteListUntilTheOwnerAllocates) 
 
     OnNewThread([&] { std::for_each(blocks.begin(), blocks.end(), GFree); });
     EXPECT_EQ(test::ActiveInDedicated(me, 64), active);
-    EXPECT_EQ(GetMemoryAllocator()->Counts().frees, counts.frees);
+    EXPECT_EQ(GetMemoryAllocator()->Counts().frees, counts.frees + 50);  // counted at once
 
-    void *again = GAlloc(64);          // takes them all back first
-    EXPECT_EQ(again, blocks.front());  // pushed first, so freed last: on top of the free list
+    void *again = GAlloc(64);  // takes them all back first
     EXPECT_EQ(test::ActiveInDedicated(me, 64), active - 50 + 1);
     EXPECT_EQ(GetMemoryAllocator()->Counts().frees, counts.frees + 50);
     GFree(again);  // the owner's own free is immediate
@@ -113,6 +113,47 @@ TEST(Dedicated, AFourthThreadFindsAllGoneAndStaysOnTheSharedArenas) {
   // Given up at the holders' end: a new thread gets one.
   EXPECT_TRUE(AllDedicatedArenasFree());
   OnNewThread([] { EXPECT_TRUE(GetMemoryAllocator()->Dedicate()); });
+}
+
+// Whether any byte of the blocks in `a` lies on a 64-byte cache line with a byte of those in `b`.
+bool ShareACacheLine(const std::vector<void *> &a, const std::vector<void *> &b, int size) {
+  auto lines = [size](void *p) {
+    auto first = reinterpret_cast<uintptr_t>(p) / 64;
+    return std::pair(first, (reinterpret_cast<uintptr_t>(p) + size - 1) / 64);
+  };
+  for (void *p : a)
+    for (void *q : b)
+      if (lines(p).first <= lines(q).second && lines(q).first <= lines(p).second) return true;
+  return false;
+}
+
+TEST(SharedArena, SmallBlocksOfTwoThreadsTakingTurnsNeverShareACacheLine) {
+  struct Case {
+    int size, count;  // each thread takes `count` blocks of `size` bytes at its turn
+  } const cases[] = {{8, 1}, {8, 3}, {16, 1}, {16, 3}, {32, 1}, {32, 3}};
+  for (const Case &c : cases) {
+    std::vector<void *> first, second;  // of a thread that allocates before and after the other
+    auto take = [&c](std::vector<void *> &blocks) {
+      for (int i = 0; i < c.count; ++i) blocks.push_back(GAlloc(c.size));
+    };
+    test::TestEvent allocated, other_allocated;
+    test::TestThread thread([&] {
+      take(first);
+      allocated.Set();
+      other_allocated.Wait();
+      take(first);
+      ReleaseThreadAllocatorRecord();
+    });
+    ASSERT_TRUE(allocated.Wait());
+    OnNewThread([&] { take(second); });
+    other_allocated.Set();
+    ASSERT_TRUE(thread.Join());
+    EXPECT_EQ(ArenaOf(first[0]), ArenaOf(second[0]));  // both start on shared arena 0
+    EXPECT_FALSE(ShareACacheLine(first, second, c.size)) << c.size << " x " << c.count;
+    EXPECT_EQ(mem::PageOf(first.front()), mem::PageOf(first.back()));  // its own page again
+    for (void *p : first) GFree(p);
+    for (void *p : second) GFree(p);
+  }
 }
 
 // A fresh thread makes counts[i] allocations in shared arena i, then collides by holding that

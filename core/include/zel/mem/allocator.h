@@ -16,14 +16,16 @@ namespace zel {
 
 class cstring;
 
-// A block of at least `size` bytes (8 at least), aligned to 8 bytes, or null when the heap has no
-// more memory, `size` is negative, or it is above the largest block, 1 GiB (2^30 bytes).
+// A block of at least `size` bytes (8 at least), or null when `size` is negative or the heap has
+// no more memory. Every block is aligned as malloc's are: to 16 bytes on 64-bit builds (SSE
+// vectors and long double may live in it) and to 8 bytes on 32-bit builds. A size above 1 GiB
+// gets a 2 GiB block, when the heap can give one.
 ZEL_API void *GAlloc(int size);
 // Frees a block from GAlloc, GRealloc, MallocX or ReallocX; null is ignored. Any thread.
 ZEL_API void GFree(void *block);
 // Resizes a block, keeping its contents up to the smaller of the two sizes. Stays in place while
 // the size class is unchanged, else moves. A null `block` allocates. On failure returns null and
-// leaves `block` as it was (as for a negative size or one above 1 GiB).
+// leaves `block` as it was (as for a negative size). Aligned as GAlloc's blocks are.
 ZEL_API void *GRealloc(void *block, int size);
 
 // As GAlloc, but never null: throws ErrorX "Malloc (<size>) failed".
@@ -37,10 +39,12 @@ ZEL_API void FreeX(void *block);
 // and "NanoTime::Current calls") with the counter registry.
 ZEL_API void EnableMemCounters();
 
-// The allocator's counters, read without locks: statistics, not exact while threads allocate.
+// The allocator's counters, read without locks: statistics, not exact while threads allocate, but
+// at any quiet moment they agree with the calls made.
 struct AllocatorCounts {
   int64_t allocs = 0;        // blocks handed out
-  int64_t frees = 0;         // blocks given back
+  int64_t frees = 0;         // blocks given back: every GFree, also one handed to another arena's
+                             // remote-free list and not yet taken back
   int64_t collisions = 0;    // allocations that found their arena's lock taken
   int64_t heap_allocs = 0;   // pages taken from the process heap
   int64_t heap_frees = 0;    // pages given back to it
@@ -63,7 +67,8 @@ class ZEL_API MemoryAllocator {
   // The counters.
   AllocatorCounts Counts() const;
 
-  // The usable size of a block from GAlloc: its size class (8, 16, 32, ...).
+  // The usable size of a block from GAlloc: its size class (8, 16, 32, ...); INT_MAX for a block
+  // of the 2 GiB class, whose size an int cannot hold.
   static int BlockSize(const void *block);
 
   MemoryAllocator(const MemoryAllocator &) = delete;
