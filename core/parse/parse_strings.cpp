@@ -2,32 +2,9 @@
 #include <zel/parse/parser_base.h>
 #include <zel/text/thread_local_string.h>
 
-#include <cstdint>
-#include <cstring>
+#include "text/find_any.h"
 
 namespace zel {
-
-namespace {
-
-// The first character in [p, end) that is one of a, b, c and d, or `end`. Eight characters are
-// tested at a time: a word has a byte equal to x when (word ^ x repeated) has a zero byte.
-const char *FindAnyOf(const char *p, const char *end, char a, char b, char c, char d) {
-  constexpr uint64_t kOnes = 0x0101010101010101, kHighs = 0x8080808080808080;
-  auto repeated = [](char x) { return kOnes * static_cast<unsigned char>(x); };
-  auto has_zero_byte = [](uint64_t w) { return (w - kOnes) & ~w & kHighs; };
-  const uint64_t ma = repeated(a), mb = repeated(b), mc = repeated(c), md = repeated(d);
-  for (; end - p >= 8; p += 8) {
-    uint64_t w;
-    std::memcpy(&w, p, 8);
-    if (has_zero_byte(w ^ ma) | has_zero_byte(w ^ mb) | has_zero_byte(w ^ mc) |
-        has_zero_byte(w ^ md))
-      break;
-  }
-  while (p < end && *p != a && *p != b && *p != c && *p != d) ++p;
-  return p;
-}
-
-}  // namespace
 
 void ParserBase::ParseStringAppend(cstring &out, char open, char close) {
   if (AtEnd() || text_[position_] != open) Error("Open quote expected");
@@ -63,7 +40,7 @@ void ParserBase::AppendOneLineString(cstring &out, char close, int start) {
   const char *const end = text_.end();
   for (;;) {
     // Ordinary characters are appended a run at a time.
-    const char *p = FindAnyOf(text + position_, end, close, escape, '\n', '\r');
+    const char *p = zel::text::FindAnyOf(text + position_, end, close, escape, '\n', '\r');
     const int stop = static_cast<int>(p - text);
     out.AddNonOverlapping(text + position_, stop - position_);
     position_ = stop;

@@ -32,6 +32,12 @@ int ClosingBrackets(const strptr &text) {
   return needed;
 }
 
+// True for the characters WriteQuotedChar writes as they are.
+constexpr bool StandsForItself(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte >= 0x20 && byte <= 0x80 && c != '"' && c != '\\';
+}
+
 bool NeedsLongForm(const strptr &text) {
   for (char c : text)
     if (NewLineCharQ(c) || c == '"') return true;
@@ -41,12 +47,12 @@ bool NeedsLongForm(const strptr &text) {
 }  // namespace
 
 cstring &WriteQuotedChar(cstring &out, char c) {
+  if (StandsForItself(c)) return out << c;
   const auto byte = static_cast<unsigned char>(c);
   // Control characters, LF, TAB and CR among them, take the octal form rather than a short escape
   // such as \n (intended), and 0x80 is written as itself (intended).
   if (byte < 0x20 || byte > 0x80) return AddOctalEscape(out, c);
-  if (c == '"' || c == '\\') out << '\\';
-  return out << c;
+  return out << '\\' << c;
 }
 
 cstring &WriteQuotedCharXML(cstring &out, char c) {
@@ -85,16 +91,23 @@ cstring &operator<<(cstring &out, const PrintQuotedString &p) {
     return out << '"' << PrintNTimes(']', brackets);
   }
   out << '"';
-  int mark = 100;
+  // Characters that stand for themselves are written a run at a time.
+  int mark = 100, run = 0;
   for (int i = 0; i < text.length(); ++i) {
     const char c = text[i];
+    const bool line_break =
+        (c == ',' && i > mark) || (WhiteCharQ(c) && i > mark + 30) || i > mark + 60;
+    if (StandsForItself(c) && !line_break) continue;
+    out.AddNonOverlapping(text.text() + run, i - run);
+    run = i + 1;
     WriteQuotedChar(out, c);
-    if ((c == ',' && i > mark) || (WhiteCharQ(c) && i > mark + 30) || i > mark + 60) {
+    if (line_break) {
       out << "\\\r\n";
       mark = i + 100;
     }
     if (NewLineCharQ(c)) mark = i + 100;
   }
+  out.AddNonOverlapping(text.text() + run, text.length() - run);
   return out << '"';
 }
 

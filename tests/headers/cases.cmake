@@ -8,7 +8,12 @@ set(ACCEPTED
   "FmtHex(c, 0x1ffULL)\; FmtHex(c, uint64_t{1})\; FmtHex(c, int64_t{-1})\; FmtHex(c, 7u)"
   "FmtFlags f\; f.PrintHex(c, 0x1ffULL)\; f.PrintHex(c, uint64_t{1})\; f.PrintHex(c, 7u)"
   "strptr gap = c.AddN(4)\; gap = c.InsertRegion(0, 2)\; (void)gap"
-  "(void)t.qAdd(d)")
+  "(void)t.qAdd(d)"
+  # Every Append form takes literals as callers write them.
+  "CmdLine::Append(c, \"v\")\; CmdLine::Append(c, s)\; CmdLine::Append(c, c)"
+  "CmdLine::Append(c, \"k\", \"v\")\; CmdLine::Append(c, s, c)\; CmdLine::Append(c, \"k\", s)"
+  "CmdLine::Append(c, \"k\", true)\; CmdLine::Append(c, \"k\", 1)\; CmdLine::Append(c, \"k\", 1.5)"
+  "CmdLine::Append(c, \"k\", TypedVar<int>(1))")
 
 # Results that must be used.
 set(REJECTED

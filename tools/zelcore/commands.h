@@ -10,5 +10,7 @@ int Demo(int argc, char **argv);
 int Time(int argc, char **argv);
 // `zelcore date TEXT`: reads a loose date.
 int Date(int argc, char **argv);
+// `zelcore cmdline LINE` and `zelcore cmdline --check`: text command lines and their round trip.
+int CommandLine(int argc, char **argv);
 
 }  // namespace zelcore

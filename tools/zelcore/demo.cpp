@@ -77,6 +77,28 @@ void ShowText() {
   std::printf("  read back from \"%s\": %d, %d and %g\n", numbers.text(), a, b, c);
 }
 
+void ShowCommandLines() {
+  const zel::strptr text(R"(resize title:"Main editor" width:1024 height:768 visible:yes)");
+  const zel::CmdLine line(text, false);
+  std::printf("command lines: %s\n", text.text());
+  std::printf("  command \"%.*s\", title \"%.*s\", %d x %d, visible: %s\n", line.Command().length(),
+              line.Command().text(), line.GetString("title").length(),
+              line.GetString("title").text(), line.GetInteger("width", 0),
+              line.GetInteger("height", 0), line.GetBool("visible", false) ? "yes" : "no");
+  zel::cstring written;
+  zel::CmdLine::Append(written, "note", "a \"quoted\" word,\ttabbed");
+  zel::CmdLine::Append(written, "ratio", 0.75);
+  std::printf("  written back with Append: %s\n", written.text());
+  // The same command, packed: built without text and read without parsing.
+  zel::BCmdLine packed(zel::InternString("resize"));
+  packed.AddString(zel::InternString("title"), line.GetString("title"));
+  packed.AddInt(zel::InternString("width"), 1024);
+  packed.AddBool(zel::InternString("visible"), true);
+  zel::cstring shown;
+  shown << packed;
+  std::printf("  packed in %d bytes, printed as text: %s\n", packed.Length(), shown.text());
+}
+
 void ShowErrorsAndLog() {
   std::printf("log: a console client shows the lines and their markers\n");
   zel::LogCell cell;
@@ -141,6 +163,7 @@ int Demo(int, char **) {
   ShowText();
   ShowTimeText();
   ShowSharedText();
+  ShowCommandLines();
   ConsoleLog console;  // from here on, log lines show on the console too
   ShowErrorsAndLog();
   ShowThreads();

@@ -25,6 +25,8 @@ const Command kCommands[] = {
     {"demo", "run the library end to end and narrate what happens", zelcore::Demo},
     {"time", "read and print times through a format of % letters", zelcore::Time},
     {"date", "read a loose date such as \"Jan 5, 07\" or \"yesterday\"", zelcore::Date},
+    {"cmdline", "show how a command line reads, or check that lines read back the same",
+     zelcore::CommandLine},
     {"version", "print the library's version and the platform leg it was built for", Version},
     {"help", "list the commands", Help},
 };

@@ -1,5 +1,5 @@
 // Text: views, owned and shared strings, string tables, character sets, string iteration and
-// splitting, formatting, scratch strings.
+// splitting, formatting, scratch strings, numbers with units.
 #pragma once
 
 #include <zel/text/charset.h>
@@ -14,4 +14,5 @@
 #include <zel/text/strptr.h>
 #include <zel/text/thread_local_string.h>
 #include <zel/text/tok.h>
+#include <zel/text/units.h>
 #include <zel/text/vaprintf.h>

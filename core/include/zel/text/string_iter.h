@@ -8,6 +8,10 @@
 
 namespace zel {
 
+class cstring;
+template <typename T>
+class TAry;
+
 // A cursor over text it does not own: the text, its length and a position (0 at the start).
 // The cursor is at the end when the position is at or beyond the length.
 //
@@ -84,6 +88,34 @@ class ZEL_API StringIter {
   // As GetToken(sep), but `sep` is matched ignoring the case of A-Z when `case_sensitive` is
   // false, and without `sep` the result is an empty, null view and the position does not move.
   strptr GetTokenNoEOF(const strptr &sep, bool case_sensitive = true);
+
+  // --- Quoted strings and command-line tokens ---
+
+  // Reads the quoted string whose opening quote, '"' or '\'', is at the position, and appends its
+  // content to `out`; the position moves past the closing quote.
+  //
+  // After the quote, a run of N "[" followed by a line end (CR LF, CR or LF) opens a raw string:
+  // its content, taken as it stands, runs up to the first quote followed by N "]". Otherwise the
+  // string runs to the next unescaped quote, and a backslash escapes: the quote itself, "\\", "n"
+  // (LF), "r" (CR), "t" (TAB), three octal digits (the byte they give, taken modulo 256: "\012" is
+  // LF, "\751" is 0xE9), a line end (dropped: the string continues on the next line). A backslash
+  // before any other character is kept with it, and then, when the log has a listener, the warning
+  // "%W: Weird escape character <c>, string so far: <content>" is logged.
+  //
+  // Fails when no quote opens the string, when it is not closed, when a CR or LF stands unescaped
+  // in a string that is not raw, and at "\0" that does not begin three octal digits: then `out`
+  // is unchanged, the position at the end, and the result false.
+  bool ParseString(cstring &out);
+  // Reads one token of a command line: skips blank, TAB, CR and LF, then reads a quoted string
+  // (as ParseString) or else takes the characters up to the next blank, TAB, CR, LF, ":", '"' or
+  // '\'' (so a quote inside a word starts the next token). The token is a view of the text when
+  // its content stands there as it is (a word, a raw string, a quoted string without escapes);
+  // otherwise it is a view of a copy of the unescaped content kept in `pool`, at the end of the
+  // pool's last string when that string has room (strings of the pool are never grown, so views
+  // into them stay valid), else in a new one.
+  // Empty at the end, at a character that ends words, and when the quoted string fails (the
+  // position then at the end).
+  strptr ParseCmdArg(TAry<cstring> &pool);
 
   // --- Numbers ---
   //
