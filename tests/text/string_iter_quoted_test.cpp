@@ -20,7 +20,7 @@ std::string ReadQuoted(const std::string &text) {
   StringIter it(strptr(text.data(), static_cast<int>(text.size())));
   cstring out("<");
   const bool ok = it.ParseString(out);
-  return (ok ? "" : "failed ") + Str(out) + " @" + std::to_string(it.position());
+  return test::Cat({ok ? "" : "failed ", Str(out), " @", std::to_string(it.position())});
 }
 
 TEST(StringIterQuoted, EscapesRawStringsAndFailures) {
@@ -32,7 +32,7 @@ TEST(StringIterQuoted, EscapesRawStringsAndFailures) {
       {R"("\"\\\n\r\t\'")", "<\"\\\n\r\t\\' @14"},  // \' in a "..." string is kept as it stands
       {R"('\'')", "<' @4"},
       // Three octal digits give a byte, modulo 256; a fourth digit is an ordinary character.
-      {R"("\012\751\601\0000\101")", std::string("<\n\xE9\x81") + '\0' + "0A @23"},
+      {R"("\012\751\601\0000\101")", std::string("<\n\xE9\x81\0" "0A @23", 11)},
       {"\"a\\\nb\\\r\nc\\\rd\"", "<abcd @13"},         // escaped line ends continue the string
       {"\"[x]\"", "<[x] @5"},                          // brackets without a line end are ordinary
       {"\"[[\r\na\\n\"b\"]\"]]z", "<a\\n\"b\"] @15"},  // raw up to the quote and "]]"
@@ -68,10 +68,11 @@ std::string Tokens(const std::string &text) {
     const strptr token = it.ParseCmdArg(pool);
     if (token.empty()) break;
     const bool in_text = token.text() >= text.data() && token.end() <= text.data() + text.size();
-    out += (in_text ? "" : "*") + Str(token) + "|";
+    out.append(in_text ? "" : "*").append(Str(token)).append("|");
     if (it.Peek() == ':') it.SkipNChars(1);
   }
-  return out + "@" + std::to_string(it.position()) + " pool " + std::to_string(pool.Count());
+  return test::Cat(
+      {out, "@", std::to_string(it.position()), " pool ", std::to_string(pool.Count())});
 }
 
 TEST(StringIterQuoted, CommandLineTokens) {

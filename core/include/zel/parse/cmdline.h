@@ -44,11 +44,12 @@ class ZEL_API CmdLine {
 
   // --- Parsing ---
 
-  // Appends the arguments read from the iterator's position; unless `args_only`, the first token
-  // is the command (possibly empty). Stops at the end, at a token that begins with the comment
-  // character, and at an empty token; malformed input ends the parse early and what was read
-  // stays. The iterator is left where parsing stopped, and ParsedText() spans what it passed.
-  // Never throws but for allocation failure.
+  // Appends the arguments read from the iterator's position (a position outside the text is first
+  // moved to its nearer end); unless `args_only`, the first token is the command (possibly empty).
+  // Stops at the end, at a token that begins with the comment character, and at an empty token;
+  // malformed input ends the parse early and what was read stays. The iterator is left where
+  // parsing stopped, and ParsedText() spans what it passed. Never throws but for allocation
+  // failure.
   void Parse(StringIter &it, bool args_only);
   // Clears the command, the parsed span, the serialize target, the arguments and the string pool,
   // sets the positional cursor to 0 and parses `text`.
