@@ -292,48 +292,47 @@ TEST(CmdLineWrite, WhatAppendWritesParsesBack) {
   }
 }
 
+// A record that writes and reads itself through one function, as Serialize is meant to be used.
+struct Record {
+  int i = 0;
+  float f = 0;
+  double d = 0;
+  bool b = false;
+  cstring s, none, positional_s;
+  int positional_i = 0;
+
+  void Serialize(CmdLine &line) {
+    line.Serialize("i", i);
+    line.Serialize("f", f);
+    line.Serialize("d", d);
+    line.Serialize("b", b);
+    line.Serialize("s", s);
+    line.Serialize("none", none);
+    line.Serialize(positional_i);
+    line.Serialize(positional_s);
+  }
+};
+
 TEST(CmdLineSerialize, WritesThenReadsEveryType) {
-  int i = -7;
-  float f = 1.5f;
-  double d = 2.25;
-  bool b = true;
-  cstring s("a \"q\"");
-  cstring none;
+  Record written{-7, 1.5f, 2.25, true, "a \"q\"", "", "x y", 12};
   cstring text;
   CmdLine writer;
   writer.SetSerializeTarget(&text);
-  writer.Serialize("i", i);
-  writer.Serialize("f", f);
-  writer.Serialize("d", d);
-  writer.Serialize("b", b);
-  writer.Serialize("s", s);
-  writer.Serialize("none", none);
-  writer.Serialize(i);
-  writer.Serialize(s);
-  EXPECT_EQ(Str(text), R"(i:-7 f:1.5 d:2.25 b:true s:"a \"q\"" none:"" -7 "a \"q\"")");
+  written.Serialize(writer);
+  EXPECT_EQ(Str(text), R"(i:-7 f:1.5 d:2.25 b:true s:"a \"q\"" none:"" 12 "x y")");
 
   CmdLine reader(text, true);
-  int ri = 0, rp = 0;
-  float rf = 0;
-  double rd = 0;
-  bool rb = false;
-  cstring rs, rnone("x"), rps;
-  reader.Serialize("I", ri);
-  reader.Serialize("f", rf);
-  reader.Serialize("d", rd);
-  reader.Serialize("b", rb);
-  reader.Serialize("s", rs);
-  reader.Serialize("none", rnone);
-  reader.Serialize(rp);
-  reader.Serialize(rps);
-  EXPECT_EQ(ri, -7);
-  EXPECT_EQ(rf, 1.5f);
-  EXPECT_EQ(rd, 2.25);
-  EXPECT_TRUE(rb);
-  EXPECT_EQ(Str(rs), "a \"q\"");
-  EXPECT_EQ(Str(rnone), "");
-  EXPECT_EQ(rp, -7);
-  EXPECT_EQ(Str(rps), "a \"q\"");
+  Record read;
+  read.none = "was here";
+  read.Serialize(reader);
+  EXPECT_EQ(read.i, -7);
+  EXPECT_EQ(read.f, 1.5f);
+  EXPECT_EQ(read.d, 2.25);
+  EXPECT_TRUE(read.b);
+  EXPECT_EQ(Str(read.s), "a \"q\"");
+  EXPECT_EQ(Str(read.none), "");
+  EXPECT_EQ(read.positional_i, 12);
+  EXPECT_EQ(Str(read.positional_s), "x y");
   EXPECT_EQ(reader.PositionalCursor(), 2);
 }
 
