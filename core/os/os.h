@@ -92,6 +92,9 @@ inline void CpuPause() {
 ZEL_API void Yield();
 // Sleeps `ms` milliseconds without running APCs.
 ZEL_API void Sleep(uint32_t ms);
+// The number of processors that run the process's threads (GetSystemInfo;
+// sysconf(_SC_NPROCESSORS_ONLN) on Linux); at least 1.
+ZEL_API int ProcessorCount();
 
 // ---------------------------------------------------------------------------------------------
 // Clocks.
@@ -176,8 +179,10 @@ ZEL_API uint32_t SleepEx(uint32_t ms, bool alertable);
 
 // Events. A manual-reset event stays signalled until reset; an auto-reset event releases one
 // waiter and resets itself. Pulse releases the threads waiting at that moment (one for an
-// auto-reset event) and leaves the event reset. All return null / false on failure.
-ZEL_API Handle CreateEvent(bool manual_reset, bool initially_set);
+// auto-reset event) and leaves the event reset. All return null / false on failure. On Windows a
+// `name` makes the event one that every process naming it shares (an existing one is opened as it
+// is); Linux events belong to their process and the name is ignored.
+ZEL_API Handle CreateEvent(bool manual_reset, bool initially_set, const char *name = nullptr);
 ZEL_API bool SetEvent(Handle event);
 ZEL_API bool ResetEvent(Handle event);
 ZEL_API bool PulseEvent(Handle event);
@@ -320,6 +325,60 @@ class ZEL_API WakePort {
  private:
   intptr_t native_ = -1;
 };
+
+// ---------------------------------------------------------------------------------------------
+// The message window of a Scheduler's window mode.
+//
+// Windows: a hidden window (class "static", empty title, 1 by 1 pixel, no parent; a message-only
+// window where no display can be had) made on the calling thread. The messages that thread's message loop dispatches to it reach `handler`: those
+// posted with Post, and kTimerMessage (wparam 1) each time the timer set with SetTimer expires;
+// then they go on to the window's own procedure. Linux has no windows: posted messages wait in a
+// queue, and Descriptor(), an eventfd, becomes readable when a message is posted or the timer is
+// set from another thread. The application's event loop (poll, epoll, GLib, Qt) watches it and
+// calls Dispatch on the window's thread, which hands the waiting messages to `handler`; the timer
+// itself is the loop's business (its time-out).
+
+class ZEL_API MessageWindow {
+ public:
+  using Handler = void (*)(void *context, uint32_t message, uintptr_t wparam, intptr_t lparam);
+  static constexpr uint32_t kUserMessage = 0x0400;   // WM_USER
+  static constexpr uint32_t kTimerMessage = 0x0113;  // WM_TIMER
+
+  // The platform's part of an open window.
+  struct State;
+
+  MessageWindow() = default;
+  ~MessageWindow() { Destroy(); }
+  MessageWindow(const MessageWindow &) = delete;
+  MessageWindow &operator=(const MessageWindow &) = delete;
+
+  // Makes the window on the calling thread (a window made before is destroyed first); false when
+  // it cannot.
+  bool Create(Handler handler, void *context);
+  // Destroys the window; messages still on their way are dropped.
+  void Destroy();
+  bool IsOpen() const { return state_ != nullptr; }
+  // Posts a message (PostMessageA). Any thread.
+  bool Post(uint32_t message, uintptr_t wparam, intptr_t lparam);
+  // Sets timer 1 to expire every `ms` milliseconds (SetTimer). Any thread.
+  bool SetTimer(uint32_t ms);
+  // Linux: the descriptor to watch; Windows: -1.
+  intptr_t Descriptor() const;
+  // Linux: hands the waiting messages to the handler, in order; Windows: nothing.
+  void Dispatch();
+
+ private:
+  State *state_ = nullptr;
+};
+
+// Posts the quit message to the calling thread's message loop (PostQuitMessage); nothing on Linux.
+ZEL_API void PostQuitMessage(int code);
+// Windows: runs the calling thread's message loop for `ms` milliseconds, alertably (queued APCs
+// run too); false, at once, when the quit message arrives. Linux: an alertable sleep of `ms`.
+ZEL_API bool PumpMessages(uint32_t ms);
+// Linux: waits until `descriptor` is readable or `ms` milliseconds pass (-1: no limit); true when
+// readable. Windows: false.
+ZEL_API bool WaitReadable(intptr_t descriptor, int ms);
 
 // ---------------------------------------------------------------------------------------------
 // Module and thread lifetime.

@@ -1,6 +1,8 @@
 // The slow paths of LightLock: spinning, sleeping until woken, and waking a waiter.
 #include "thread/light_lock.h"
 
+#include <zel/thread/nr_critsect.h>
+
 namespace zel {
 
 namespace {
@@ -11,7 +13,9 @@ constexpr int kSpins = 100;
 }  // namespace
 
 void LightLock::EnterContended() {
-  for (int i = 0; i < kSpins; ++i) {
+  // On one processor the holder cannot leave while this thread spins.
+  const int spins = NRCritSect::_number_of_processors > 1 ? kSpins : 0;
+  for (int i = 0; i < spins; ++i) {
     os::CpuPause();
     uint32_t s = state_.load(std::memory_order_relaxed);
     if ((s & kHeld) == 0 && state_.compare_exchange_weak(s, s | kHeld, std::memory_order_acquire,

@@ -11,11 +11,12 @@ namespace zel {
 
 // One atomic word — a "held" bit and the number of sleeping waiters — with a semaphore behind
 // it. Uncontended, entering and leaving cost one atomic operation each and no system call. A
-// contended Enter spins for a moment, then counts itself as a waiter and sleeps on the semaphore;
-// Leave clears the bit and, when someone sleeps, wakes one waiter, which then competes for the lock
-// again. The lock is not handed over: a thread that comes along meanwhile may take it, so short
-// sections do not queue behind a waiter that is still waking up. Not recursive. Exported only so
-// that the library's tests can reach it.
+// contended Enter spins for a moment (on a machine with more than one processor), then counts
+// itself as a waiter and sleeps on the semaphore; Leave clears the bit and, when someone sleeps,
+// wakes one waiter, which then competes for the lock again. The lock is not handed over: a thread
+// that comes along meanwhile may take it, so short sections do not queue behind a waiter that is
+// still waking up. Not recursive. NRCritSect is its exported face; the class itself is exported
+// only so that the library's tests can reach it.
 class ZEL_API LightLock {
  public:
   LightLock() : semaphore_(os::CreateSemaphore(0, 0x7FFFFFFF)) {}

@@ -1,8 +1,11 @@
-// The light lock and locked pointers.
+// The light lock, the non-recursive lock and locked pointers.
 #include <zel/thread/mtptr.h>
+#include <zel/thread/nr_critsect.h>
 
 #include "support/test_thread.h"
 #include "thread/light_lock.h"
+
+#include <thread>
 
 namespace zel {
 namespace {
@@ -17,6 +20,23 @@ TEST(LightLock, ExcludesAndTryEnterFailsWhileHeld) {
   lock.Leave();
   EXPECT_TRUE(lock.TryEnter());
   lock.Leave();
+}
+
+TEST(NRCritSect, ExcludesAndIsNotRecursive) {
+  NRCritSect lock;
+  EXPECT_EQ(test::CountUnderLock<NRCritSectLock>(lock), 80000);
+  lock.Enter();
+  EXPECT_FALSE(lock.TryEnter());  // not even for the holder
+  EXPECT_FALSE(FreeForOthers(lock));
+  lock.Leave();
+  EXPECT_TRUE(FreeForOthers(lock));
+}
+
+TEST(NRCritSect, KnowsTheProcessorCount) {
+  EXPECT_GE(NRCritSect::_number_of_processors, 1);
+  if (const unsigned n = std::thread::hardware_concurrency(); n != 0) {
+    EXPECT_EQ(NRCritSect::_number_of_processors, static_cast<int>(n));
+  }
 }
 
 TEST(LockedPointer, HoldsTheLockWhileItPointsAndHandsItOver) {

@@ -23,7 +23,7 @@ bool ChangeEvent(Handle h, Change change) {
 }
 }  // namespace
 
-Handle CreateEvent(bool manual_reset, bool initially_set) {
+Handle CreateEvent(bool manual_reset, bool initially_set, const char * /*name*/) {
   return posix::NewObject<posix::Event>(manual_reset, initially_set);
 }
 

@@ -118,6 +118,11 @@ uint32_t CurrentThreadId() {
 
 void Yield() { sched_yield(); }
 
+int ProcessorCount() {
+  long n = sysconf(_SC_NPROCESSORS_ONLN);
+  return n < 1 ? 1 : static_cast<int>(n);
+}
+
 void Sleep(uint32_t ms) {
   timespec ts{static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000) * 1000000};
   while (nanosleep(&ts, &ts) != 0 && errno == EINTR) {

@@ -22,8 +22,8 @@ uint32_t WaitMany(int count, const Handle *handles, bool wait_all, uint32_t ms, 
 
 uint32_t SleepEx(uint32_t ms, bool alertable) { return ::SleepEx(ms, alertable); }
 
-Handle CreateEvent(bool manual_reset, bool initially_set) {
-  return CreateEventA(nullptr, manual_reset, initially_set, nullptr);
+Handle CreateEvent(bool manual_reset, bool initially_set, const char *name) {
+  return CreateEventA(nullptr, manual_reset, initially_set, name);
 }
 
 bool SetEvent(Handle event) { return ::SetEvent(event) != 0; }

@@ -13,6 +13,12 @@ void Yield() { ::Sleep(0); }
 
 void Sleep(uint32_t ms) { ::Sleep(ms); }
 
+int ProcessorCount() {
+  SYSTEM_INFO info;
+  GetSystemInfo(&info);
+  return info.dwNumberOfProcessors < 1 ? 1 : static_cast<int>(info.dwNumberOfProcessors);
+}
+
 #if defined(ZEL_STATIC)
 namespace {
 // Without DllMain, the threads the library starts announce themselves, as on Linux.

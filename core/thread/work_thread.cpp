@@ -1,0 +1,103 @@
+// WorkThread: a thread running its own Scheduler.
+#include <zel/diag/error.h>
+#include <zel/diag/log.h>
+#include <zel/text/thread_local_string.h>
+#include <zel/thread/work_thread.h>
+
+#include "os/os.h"
+#include "sched/scheduler_parts.h"
+
+namespace zel {
+
+namespace {
+
+bool LogListens() { return LogCategory::n_global_clients.load(std::memory_order_relaxed) >= 1; }
+
+const char *PriorityWord(int priority) {
+  switch (priority) {
+    case -2: return "lowest";
+    case -1: return "low";
+    case 0: return "normal";
+    case 1: return "high";
+    case 2: return "highest";
+    default: return "...";
+  }
+}
+
+}  // namespace
+
+WorkThread::WorkThread() : WorkThread(strptr()) {}
+
+WorkThread::WorkThread(const strptr &name)
+    : scheduler_(CreateScheduler(name, nullptr, false, this)) {
+  if (scheduler_) scheduler_->SetAutoDeleteFlag(true);
+}
+
+WorkThread::~WorkThread() {
+  if (thread_.Handle() != nullptr) {
+    scheduler_->RequestDeactivate();
+    thread_.Wait(-1);
+  }
+}
+
+bool WorkThread::Start() {
+  thread_.Wait(0);
+  if (thread_.Handle() != nullptr) return true;
+  if (!scheduler_) return false;
+  // Active from here on, so that a deactivation asked for at any time ends the thread: asked
+  // before the thread attaches, its check waits in the queue until then.
+  SchedulerAccess::Activate(scheduler_.get());
+  return thread_.Start_(&WorkThread::Body, this);
+}
+
+bool WorkThread::SetPriority(int priority) {
+  if (!os::SetThreadPriority(thread_.Handle(), priority)) return false;
+  if (LogListens()) {
+    ThreadLocalString line;
+    *line << scheduler_->GetName() << ": Thread priority set to " << PriorityWord(priority)
+          << "\r\n";
+    PrintLog(*line);
+  }
+  return true;
+}
+
+bool WorkThread::OnInit() { return true; }
+
+bool WorkThread::DoWork() {
+  scheduler_->Run();
+  return false;
+}
+
+void WorkThread::OnExit() {}
+
+void WorkThread::OnSchedulerDying(Scheduler *) {}
+
+void WorkThread::Body(void *self) {
+  auto *w = static_cast<WorkThread *>(self);
+  Scheduler *s = w->scheduler_.get();
+  SetThreadLocalScheduler(s);
+  s->SetTrackedObjScheduler(s);
+  if (LogListens()) {
+    ThreadLocalString line;
+    *line << "Thread " << os::CurrentThreadId() << " is " << s->GetName() << "\r\n";
+    PrintLog(*line);
+  }
+  s->AddCounters(cstring(s->GetName().view()));
+  try {
+    if (w->OnInit())
+      while (w->DoWork()) {
+      }
+  } catch (const ExceptionBase &e) {
+    if (LogListens()) {
+      ThreadLocalString line;
+      e.Print(*line);
+      *line << "\r\n";
+      PrintLog(*line);
+    }
+  }
+  s->RequestDeactivate();
+  s->Run();  // once more, so that the deactivation finishes
+  w->OnExit();
+}
+
+}  // namespace zel
