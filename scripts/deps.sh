@@ -8,7 +8,8 @@ ZEL_PACKAGES_LINUX_X86=(g++-multilib)
 ZEL_PACKAGES_WINDOWS_X64=(g++-mingw-w64-x86-64-posix wine64)
 ZEL_PACKAGES_WINDOWS_X86=(g++-mingw-w64-i686-posix)
 ZEL_PACKAGES_CLANG=(clang libclang-rt-14-dev)
-ZEL_PACKAGES_BENCH=(libbenchmark-dev libspdlog-dev libfmt-dev rapidjson-dev zlib1g-dev libabsl-dev)
+ZEL_PACKAGES_BENCH=(libbenchmark-dev libspdlog-dev libfmt-dev rapidjson-dev zlib1g-dev libabsl-dev
+  libboost-dev libuv1-dev)
 ZEL_PACKAGES_BENCH_PEERS=(python3 libmimalloc2.0 libjemalloc2)
 
 zel_apt_updated=no

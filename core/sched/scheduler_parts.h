@@ -21,8 +21,22 @@ class SchedulerAccess {
  public:
   // A wake-up or timer message of window mode, on the Scheduler's thread.
   static void WakeFromWindow(Scheduler *s) {
-    if (s->dispatching_ == 0) s->RunDueClients();
+    Scheduler::Contain(
+        [](Scheduler *self) {
+          if (self->dispatching_ == 0) self->RunDueClients();
+        },
+        s);
   }
+  // A plain call carried by a window message, on the Scheduler's thread.
+  static void CallFromWindow(SchedulerCall routine, uintptr_t argument) {
+    try {
+      routine(argument);
+    } catch (...) {
+      Scheduler::ReportFailure(std::current_exception());
+    }
+  }
+  // The host goes before the Scheduler: it is told nothing more.
+  static void ForgetHost(Scheduler *s) { s->host_ = nullptr; }
   // Makes a Scheduler active (tracked state 1): a WorkThread's, as its thread starts.
   static void Activate(Scheduler *s) { s->SetState(TrackedObj::kActive); }
   // The global Scheduler: named "root", active, the root of the tracked objects.

@@ -9,6 +9,8 @@
 #include "sched/scheduler_parts.h"
 
 #include <cmath>
+#include <exception>
+#include <utility>
 
 namespace zel {
 
@@ -53,78 +55,129 @@ void Scheduler::ArmTimer(uint32_t ms) {
     os::SetWaitableTimer(foreign_timer_, due, 0, nullptr, nullptr);
 }
 
+// The operating system calls APCs and timer routines from inside its waits; no exception may
+// unwind through those. One that escapes a client is kept for Run to report as it returns, or
+// reported at once when the thread is not in Run.
+void Scheduler::Contain(void (*work)(Scheduler *), Scheduler *s) {
+  try {
+    work(s);
+  } catch (...) {
+    if (s->in_run_)
+      s->failure_ = std::current_exception();
+    else
+      ReportFailure(std::current_exception());
+  }
+}
+
+void Scheduler::ReportFailure(std::exception_ptr failure) {
+  if (!LogListens()) return;
+  ThreadLocalString line;
+  try {
+    std::rethrow_exception(failure);
+  } catch (const ExceptionBase &e) {
+    e.Print(*line);
+  } catch (const std::exception &e) {
+    *line << e.what();
+  } catch (...) {
+    *line << "Unknown Error";
+  }
+  *line << "\r\n";
+  PrintLog(*line);
+}
+
 void ZEL_CALLBACK Scheduler::WakeApc(uintptr_t self) {
-  auto *s = reinterpret_cast<Scheduler *>(self);
-  os::AtomicExchange(s->wake_pending_, 0);
-  if (s->dispatching_ == 0) s->RunDueClients();
+  Contain(
+      [](Scheduler *s) {
+        os::AtomicExchange(s->wake_pending_, 0);
+        if (s->dispatching_ == 0) s->RunDueClients();
+      },
+      reinterpret_cast<Scheduler *>(self));
 }
 
 void ZEL_CALLBACK Scheduler::TimerRoutine(void *self, uint32_t, uint32_t) {
-  auto *s = static_cast<Scheduler *>(self);
-  if (s->dispatching_ == 0) s->RunDueClients();
+  Contain(
+      [](Scheduler *s) {
+        if (s->dispatching_ == 0) s->RunDueClients();
+      },
+      static_cast<Scheduler *>(self));
 }
 
 // --- The loop and plain calls ---
 
 void Scheduler::Run() {
   SetUseWindow(false);
+  in_run_ = true;
   try {
-    while (!stop_.load(std::memory_order_acquire)) {
+    while (!stop_.load(std::memory_order_acquire) && failure_ == nullptr) {
       const uint32_t woke = os::WaitOne(foreign_timer_, os::kInfinite, true);
       if (woke == os::kWaitObject0) RunDueClients();
       if (woke == os::kWaitFailed) break;
     }
-  } catch (const ExceptionBase &e) {
-    if (LogListens()) {
-      ThreadLocalString line;
-      e.Print(*line);
-      *line << "\r\n";
-      PrintLog(*line);
-    }
+  } catch (...) {
+    failure_ = std::current_exception();
   }
+  in_run_ = false;
+  if (failure_ != nullptr) ReportFailure(std::exchange(failure_, nullptr));
 }
 
 void Scheduler::QueueCall(SchedulerCall routine, uintptr_t argument) {
-  CritSectLock hold(lock_);
-  if (use_window_) {
-    PostWindowCall(window_, routine, argument);
-  } else if (stop_.load(std::memory_order_acquire)) {
+  if (use_window_.load(std::memory_order_acquire)) {
+    CritSectLock hold(lock_);
+    if (use_window_.load(std::memory_order_relaxed)) {
+      PostWindowCall(window_, routine, argument);
+      return;
+    }
+  }
+  if (stop_.load(std::memory_order_acquire)) {
     LogDroppedCall();
-  } else {
-    // Calls wait in one queue, which one APC empties: the first call into an empty queue queues
-    // it (or AttachToThread does, for calls made before the Scheduler had a thread).
-    const bool first = calls_->empty();
-    calls_->Add(PendingCall{routine, argument});
-    if (first && thread_handle_ != nullptr)
-      os::QueueApc(&Scheduler::CallsApc, thread_handle_, reinterpret_cast<uintptr_t>(this));
+    return;
+  }
+  // Calls wait in one queue, behind a lock of their own, which one APC empties: only a call that
+  // finds no such APC on its way queues one (or AttachToThread does, for calls made before the
+  // Scheduler had a thread).
+  NRCritSectLock hold(calls_lock_);
+  calls_->Add(PendingCall{routine, argument});
+  if (!calls_queued_ && calls_thread_ != nullptr) {
+    calls_queued_ = true;
+    os::QueueApc(&Scheduler::CallsApc, calls_thread_, reinterpret_cast<uintptr_t>(this));
   }
 }
 
 void ZEL_CALLBACK Scheduler::CallsApc(uintptr_t self) {
-  auto *s = reinterpret_cast<Scheduler *>(self);
+  Contain(&Scheduler::RunCalls, reinterpret_cast<Scheduler *>(self));
+}
+
+void Scheduler::RunCalls(Scheduler *s) {
   PendingCalls batch;
   {
-    CritSectLock hold(s->lock_);
+    NRCritSectLock hold(s->calls_lock_);
     batch.Swap(*s->calls_);
   }
-  int next = 0;
   try {
-    for (; next < batch.Count(); ++next) {
+    for (const PendingCall &call : batch) {
       // A stop drops what has not run yet, as it does later calls.
-      if (s->stop_.load(std::memory_order_acquire)) {
+      if (s->stop_.load(std::memory_order_acquire))
         s->LogDroppedCall();
-      } else {
-        batch[next].routine(batch[next].argument);
-      }
+      else
+        call.routine(call.argument);
     }
   } catch (...) {
-    batch.Flush();  // the calls after a throwing one are dropped with it
+    // The calls after a throwing one are dropped with it; the next call queues a new APC.
+    NRCritSectLock hold(s->calls_lock_);
+    s->calls_queued_ = false;
     throw;
   }
-  // The batch's buffer serves the next calls, unless new ones have made a bigger one meanwhile.
   batch.Flush();
-  CritSectLock hold(s->lock_);
-  if (s->calls_->empty() && s->calls_->Capacity() < batch.Capacity()) s->calls_->Swap(batch);
+  NRCritSectLock hold(s->calls_lock_);
+  if (s->calls_->empty()) {
+    s->calls_queued_ = false;
+    // The batch's buffer serves the next calls, unless they have made a bigger one.
+    if (s->calls_->Capacity() < batch.Capacity()) s->calls_->Swap(batch);
+  } else {
+    // Calls that came meanwhile get an APC of their own, behind the wake-ups and timers that
+    // arrived with them: a stream of calls does not starve the clients.
+    os::QueueApc(&Scheduler::CallsApc, s->calls_thread_, reinterpret_cast<uintptr_t>(s));
+  }
 }
 
 void Scheduler::LogDroppedCall() {
@@ -138,12 +191,21 @@ void Scheduler::AttachToThread(uint32_t thread_id) {
   bool name_it = false;
   {
     CritSectLock hold(lock_);
-    if (thread_handle_ != nullptr) os::CloseHandle(thread_handle_);
+    void *const old_handle = thread_handle_;
     thread_handle_ = os::DuplicateCurrentThread();
-    if (thread_handle_ == nullptr) ThrowErrorX("Scheduler failed miserably");
+    if (thread_handle_ == nullptr) {
+      thread_handle_ = old_handle;
+      ThrowErrorX("Scheduler failed miserably");
+    }
     thread_id_ = thread_id;
-    if (!calls_->empty())
-      os::QueueApc(&Scheduler::CallsApc, thread_handle_, reinterpret_cast<uintptr_t>(this));
+    {
+      NRCritSectLock calls(calls_lock_);
+      calls_thread_ = thread_handle_;
+      calls_queued_ = !calls_->empty();
+      if (calls_queued_)
+        os::QueueApc(&Scheduler::CallsApc, calls_thread_, reinterpret_cast<uintptr_t>(this));
+    }
+    if (old_handle != nullptr) os::CloseHandle(old_handle);  // no call uses it any more
     Arm(GetAbsTimer());
     name_it = !use_window_;
   }

@@ -18,11 +18,13 @@ struct SchedulerWindow {
   Scheduler *owner;
 
   // WM_USER runs a plain call (its routine and argument are the two parameters); WM_USER + 1 and
-  // the timer run a dispatch pass, unless one is running.
+  // the timer run a dispatch pass, unless one is running. Nothing they throw leaves here: on
+  // Windows the message loop's system code is below.
   static void Handle(void *context, uint32_t message, uintptr_t wparam, intptr_t lparam) {
     auto *self = static_cast<SchedulerWindow *>(context);
     if (message == os::MessageWindow::kUserMessage)
-      reinterpret_cast<SchedulerCall>(wparam)(static_cast<uintptr_t>(lparam));
+      SchedulerAccess::CallFromWindow(reinterpret_cast<SchedulerCall>(wparam),
+                                      static_cast<uintptr_t>(lparam));
     else
       SchedulerAccess::WakeFromWindow(self->owner);
   }

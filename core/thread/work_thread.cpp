@@ -38,6 +38,8 @@ WorkThread::~WorkThread() {
     scheduler_->RequestDeactivate();
     thread_.Wait(-1);
   }
+  // The Scheduler may outlive this object, waiting for its deletion on the global Scheduler.
+  if (scheduler_) SchedulerAccess::ForgetHost(scheduler_.get());
 }
 
 bool WorkThread::Start() {
@@ -51,14 +53,14 @@ bool WorkThread::Start() {
 }
 
 bool WorkThread::SetPriority(int priority) {
-  if (!os::SetThreadPriority(thread_.Handle(), priority)) return false;
+  const bool set = os::SetThreadPriority(thread_.Handle(), priority);
   if (LogListens()) {
     ThreadLocalString line;
     *line << scheduler_->GetName() << ": Thread priority set to " << PriorityWord(priority)
           << "\r\n";
     PrintLog(*line);
   }
-  return true;
+  return set;
 }
 
 bool WorkThread::OnInit() { return true; }

@@ -4,6 +4,7 @@
 #include <zel/sched/scheduler.h>
 
 #include "support/log_capture.h"
+#include "support/running_scheduler.h"
 #include "support/test_thread.h"
 
 #include <gtest/gtest.h>
@@ -17,29 +18,7 @@
 namespace zel {
 namespace {
 
-// A Scheduler running its loop on a thread of its own.
-class Loop {
- public:
-  explicit Loop(const char *name) : scheduler_(CreateScheduler(name, nullptr, true, nullptr)) {
-    thread_ = std::make_unique<test::TestThread>([this] {
-      SetThreadLocalScheduler(scheduler_.get());
-      attached_.Set();
-      scheduler_->Run();
-    });
-    EXPECT_TRUE(attached_.Wait());
-  }
-  ~Loop() {
-    scheduler_->Stop();
-    EXPECT_TRUE(thread_->Join());
-  }
-  Scheduler *get() const { return scheduler_.get(); }
-  uint32_t thread_id() const { return thread_->id(); }
-
- private:
-  safeptr<Scheduler> scheduler_;
-  test::TestEvent attached_;
-  std::unique_ptr<test::TestThread> thread_;
-};
+using Loop = test::RunningScheduler;
 
 constexpr int kPosters = 4;
 constexpr int kCallsEach = 20000;
@@ -109,6 +88,17 @@ TEST(SchedulerStress, CallsArriveOnceInOrderWhileClientsAreShuffledEverywhere) {
     EXPECT_EQ(seq.next, kCallsEach);  // each call once
     EXPECT_EQ(seq.out_of_order, 0);   // in the order its thread posted them
   }
+  // A probe due after every client that is still queued: once it has run, so have they.
+  struct Probe : DelayClient {
+    bool Callback() override {
+      ran.Set();
+      return false;
+    }
+    test::TestEvent ran;
+  };
+  Probe settled;
+  settled.Schedule(s, 0.01f);
+  ASSERT_TRUE(settled.ran.Wait());
   int called = 0;
   for (Shared &c : clients) {
     c.Deschedule();  // returns only when its callback is not running
@@ -116,19 +106,9 @@ TEST(SchedulerStress, CallsArriveOnceInOrderWhileClientsAreShuffledEverywhere) {
     called += c.calls;
   }
   EXPECT_GT(called, 0);
-  // A queued pass after this point must find none of them.
-  Shared probe;
-  test::TestEvent probe_ran;
-  struct Probe : DelayClient {
-    explicit Probe(test::TestEvent *e) : ran(e) {}
-    bool Callback() override {
-      ran->Set();
-      return false;
-    }
-    test::TestEvent *ran;
-  } last(&probe_ran);
-  last.Schedule(s, 0.01f);
-  ASSERT_TRUE(probe_ran.Wait());
+  Probe later;
+  later.Schedule(s, 0.01f);
+  ASSERT_TRUE(later.ran.Wait());
   for (const Shared &c : clients) EXPECT_EQ(c.runs_while_parked, 0);
   EXPECT_EQ(s->ClientCount(), 0);
 }

@@ -1,10 +1,12 @@
 // Scheduler: the queue's order, dispatch passes, waking a thread by APCs and timers, plain calls,
 // descheduling from other threads, stopping, and window mode.
+#include <zel/diag/counters.h>
 #include <zel/diag/error.h>
 #include <zel/sched/scheduler.h>
 
 #include "sched/scheduler_queue.h"
 #include "support/log_capture.h"
+#include "support/running_scheduler.h"
 #include "support/test_thread.h"
 
 #include <gtest/gtest.h>
@@ -147,32 +149,30 @@ TEST(SchedulerDispatch, AThrowingCallbackLeavesThePassAndTheSchedulerUsable) {
   EXPECT_EQ(log, std::vector<int>{1});
 }
 
+TEST(SchedulerDispatch, CallbackClientsCountersAndTheClientCount) {
+  safeptr<Scheduler> s = Make("counted");
+  s->AddCounters("counted");
+  CallbackClient homeless, homed(s.get());
+  homeless.Schedule(0.5f);
+  EXPECT_FALSE(homeless.IsQueued());
+  homed.Schedule(0.5f);
+  EXPECT_EQ(homed.GetScheduler(), s.get());
+  double clients = -1;
+  ASSERT_TRUE(ReadCounter("counted clients", clients));
+  EXPECT_EQ(clients, 1);
+  homed.Deschedule();
+  ASSERT_TRUE(ReadCounter("counted clients", clients));
+  EXPECT_EQ(clients, 0);
+  s.reset();  // the counter goes with its Scheduler
+  EXPECT_FALSE(ReadCounter("counted clients", clients));
+}
+
 // --- A Scheduler on its own thread ---
 
 // A Scheduler running Run on a thread of its own until stopped.
-class Running {
+class Running : public test::RunningScheduler {
  public:
-  Running() : scheduler_(Make("running")) {
-    thread_ = std::make_unique<TestThread>([this] {
-      SetThreadLocalScheduler(scheduler_.get());
-      attached_.Set();
-      scheduler_->Run();
-    });
-    EXPECT_TRUE(attached_.Wait());
-  }
-  ~Running() {
-    scheduler_->Stop();
-    EXPECT_TRUE(thread_->Join());
-  }
-  Scheduler *operator->() const { return scheduler_.get(); }
-  Scheduler *get() const { return scheduler_.get(); }
-  uint32_t thread_id() const { return thread_->id(); }
-  bool Join() { return thread_->Join(); }
-
- private:
-  safeptr<Scheduler> scheduler_;
-  TestEvent attached_;
-  std::unique_ptr<TestThread> thread_;
+  Running() : RunningScheduler("running") {}
 };
 
 struct CallLog {
@@ -284,6 +284,25 @@ TEST(SchedulerThread, AnExceptionEndsRunAndIsLogged) {
   bool logged = false;
   for (const std::string &line : log.Lines()) logged |= line == "client failed\r\n";
   EXPECT_TRUE(logged);
+}
+
+TEST(SchedulerThread, OutsideRunAnExceptionIsLoggedAndTheThreadGoesOn) {
+  test::LogCapture log;
+  safeptr<Scheduler> s = Make("waiting");
+  FnClient thrower([]() -> bool { throw ErrorX("thrown in a wait"); });
+  std::atomic<bool> went_on{false};
+  TestThread thread([&] {
+    s->AttachToThread(os::CurrentThreadId());
+    thrower.Schedule(s.get());
+    // Any alertable wait runs the Scheduler's wake-ups; the exception stays inside them.
+    for (int i = 0; i < 100 && !went_on; ++i) {
+      os::SleepEx(10, true);
+      for (const std::string &line : log.Lines())
+        went_on = went_on || line == "thrown in a wait\r\n";
+    }
+  });
+  ASSERT_TRUE(thread.Join());
+  EXPECT_TRUE(went_on);
 }
 
 TEST(SchedulerThread, IdleLoopsDoNotWake) {

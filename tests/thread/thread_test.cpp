@@ -32,7 +32,7 @@ TEST(Thread, RunsTheCallOnAnotherThreadAndIsReapedOnce) {
   void *const handle = thread.Handle();
   EXPECT_NE(handle, nullptr);
   EXPECT_FALSE(thread.Start_(&ThreadWork::Run, &work));  // one at a time
-  EXPECT_FALSE(thread.Wait(0));                           // still running
+  EXPECT_FALSE(thread.Wait(0));                          // still running
   EXPECT_EQ(thread.Handle(), handle);
   go.Set();
   ASSERT_TRUE(thread.Wait(10000));

@@ -49,8 +49,9 @@ TEST(WorkThread, RunsItsSchedulerUntilDeactivated) {
   EXPECT_TRUE(worker.Start());  // running already
 
   ASSERT_TRUE(worker.SetPriority(-1));
-  ASSERT_TRUE(worker.SetPriority(7) || true);  // the system may refuse odd values
+  worker.SetPriority(7);  // the system may refuse it: the line is logged all the same
   EXPECT_TRUE(Logged(log, "indexer: Thread priority set to low\r\n"));
+  EXPECT_TRUE(Logged(log, "indexer: Thread priority set to ...\r\n"));
   worker.SetPriority(0);
 
   s->RequestDeactivate();
@@ -68,6 +69,39 @@ TEST(WorkThread, TheDestructorEndsARunningThread) {
   worker.reset();
   EXPECT_EQ(s->GetState(), 0);
   EXPECT_TRUE(s->StopRequested());
+  s.reset();
+  // The Scheduler's deletion, queued on the global Scheduler, runs after its WorkThread has gone.
+  GetGlobalScheduler()->RunDueClients();
+}
+
+// A worker that does its own work in slices, then ends by itself.
+struct Slices : WorkThread {
+  Slices() : WorkThread("slices") {}
+  bool OnInit() override {
+    ++inits;
+    return init_result;
+  }
+  bool DoWork() override { return ++slices < 3; }
+  void OnExit() override { ++exits; }
+  bool init_result = true;
+  std::atomic<int> inits{0}, slices{0}, exits{0};
+};
+
+TEST(WorkThread, HooksFrameTheWorkAndTheSchedulerDeactivatesAfterIt) {
+  Slices worker;
+  ASSERT_TRUE(worker.Start());
+  ASSERT_TRUE(worker.GetThread().Wait(10000));
+  EXPECT_EQ(worker.inits, 1);
+  EXPECT_EQ(worker.slices, 3);
+  EXPECT_EQ(worker.exits, 1);
+  EXPECT_EQ(worker.GetScheduler()->GetState(), 0);
+
+  Slices skipped;
+  skipped.init_result = false;
+  ASSERT_TRUE(skipped.Start());
+  ASSERT_TRUE(skipped.GetThread().Wait(10000));
+  EXPECT_EQ(skipped.slices, 0);
+  EXPECT_EQ(skipped.exits, 1);
 }
 
 // Objects whose checks run on several worker threads, each depending on a few earlier ones.

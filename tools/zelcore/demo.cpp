@@ -154,6 +154,66 @@ void ShowThreads() {
   std::printf("  all three have been joined\n");
 }
 
+// A service whose checks run on a worker's Scheduler; it says when it goes.
+class Service : public zel::TrackedObj {
+ public:
+  Service(const char *name, zel::TrackedObj *parent, zel::Scheduler *home, const char *colour)
+      : TrackedObj(name, "service", parent, true, home), colour_(colour) {}
+
+  void Deactivate() override {
+    TrackedObj::Deactivate();
+    zel::cstring line;
+    line << "%C" << colour_ << ":   " << GetName() << " deactivates on thread "
+         << zel::GetThreadLocalScheduler()->GetName() << "\r\n";
+    zel::PrintLog(line);
+    if (GetState() == kInactive) gone.Set();
+  }
+
+  zel::SyncEvent gone;
+
+ private:
+  const char *colour_;
+};
+
+// Ticks three times, a tenth of a second apart, on its Scheduler's thread.
+struct Ticker : zel::DelayClient {
+  bool Callback() override {
+    zel::cstring line;
+    line << "%C3b8ee0:   tick " << ++ticks << " on thread "
+         << zel::GetThreadLocalScheduler()->GetName() << "\r\n";
+    zel::PrintLog(line);
+    if (ticks == 3) done.Set();
+    return ticks < 3;
+  }
+  int ticks = 0;
+  zel::SyncEvent done;
+};
+
+void ZEL_CALLBACK SayWhere(uintptr_t) {
+  zel::cstring line;
+  line << "%Ce07b39:   a plain call from the main thread runs on thread "
+       << zel::GetThreadLocalScheduler()->GetName() << "\r\n";
+  zel::PrintLog(line);
+}
+
+void ShowScheduling() {
+  std::printf("event loops: two worker threads, each running its own Scheduler\n");
+  zel::WorkThread indexer("indexer"), writer("writer");
+  indexer.Start();
+  writer.Start();
+  Ticker ticker;
+  ticker.Schedule(indexer.GetScheduler(), 0.1f);
+  writer.GetScheduler()->QueueCall(&SayWhere, 0);
+  ticker.done.Wait(5000);
+  // A catalog whose pages depend on it: asked to go, the catalog first lets the pages go.
+  std::printf("tracked objects: \"pages\" depends on \"catalog\"; the catalog is asked to go\n");
+  Service catalog("catalog", nullptr, indexer.GetScheduler(), "b04ad8");
+  Service pages("pages", &catalog, writer.GetScheduler(), "3b8ee0");
+  catalog.RequestDeactivate();
+  catalog.gone.Wait(5000);
+  std::printf("  both are inactive; the workers stop as they go\n");
+}
+
 }  // namespace
 
 int Demo(int, char **) {
@@ -167,6 +227,7 @@ int Demo(int, char **) {
   ConsoleLog console;  // from here on, log lines show on the console too
   ShowErrorsAndLog();
   ShowThreads();
+  ShowScheduling();
   std::fflush(stdout);
   return 0;
 }

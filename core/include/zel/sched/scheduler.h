@@ -26,11 +26,13 @@
 #include <zel/sched/tracked_obj.h>
 #include <zel/text/cstring.h>
 #include <zel/thread/critsect.h>
+#include <zel/thread/nr_critsect.h>
 #include <zel/time/nano_time.h>
 #include <zel/time/unix_time.h>
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 
 namespace zel {
 
@@ -101,11 +103,15 @@ class ZEL_API Scheduler : public TrackedObj {
 
   // The loop of a thread without a message loop: leaves window mode, then waits alertably until
   // the Scheduler stops, running due clients when its timer expires and plain calls and wake-ups
-  // as they arrive. An exception escaping a client ends the loop: it is logged (when the log has
-  // a listener) with "\r\n" appended, and Run returns.
+  // as they arrive. An exception escaping a client or a plain call ends the loop: its text is
+  // logged (when the log has a listener) with "\r\n" appended, and Run returns. Outside Run, such
+  // an exception is logged the same way where the system called the Scheduler (a wake-up during
+  // another alertable wait, a window message), and the thread goes on.
   virtual void Run();
-  // Runs routine(argument) on the Scheduler's thread, in order with the other plain calls; the
-  // routine must not throw. Before AttachToThread the call waits for the thread. Once the
+  // Runs routine(argument) on the Scheduler's thread, in order with the other plain calls. A
+  // routine that throws is reported as a client's exception is (see Run), and the calls that
+  // arrived with it and were to run after it are dropped. Before AttachToThread the call waits for
+  // the thread. Once the
   // Scheduler has stopped, a call is dropped instead, also one made before the stop that has not
   // run yet, and "<name>: Deactivating, APC ignored" is logged (when the log has a listener).
   virtual void QueueCall(SchedulerCall routine, uintptr_t argument);
@@ -173,14 +179,19 @@ class ZEL_API Scheduler : public TrackedObj {
 
   // Logs "<name>: Deactivating, APC ignored" for a call dropped after the stop.
   void LogDroppedCall();
+  // Runs `work` as the operating system's callbacks do, keeping what it throws (see there).
+  static void Contain(void (*work)(Scheduler *), Scheduler *s);
+  // Logs an exception's text and "\r\n", when the log has a listener.
+  static void ReportFailure(std::exception_ptr failure);
+  // Runs the plain calls waiting in the queue, in order.
+  static void RunCalls(Scheduler *s);
 
   static void ZEL_CALLBACK WakeApc(uintptr_t self);
-  // Runs the plain calls waiting in the queue, in order.
   static void ZEL_CALLBACK CallsApc(uintptr_t self);
   static void ZEL_CALLBACK TimerRoutine(void *self, uint32_t, uint32_t);
 
   uint32_t thread_id_ = 0xFFFFFFFF;
-  bool use_window_ = false;
+  std::atomic<bool> use_window_{false};
   SchedulerQueue *queue_;
   int32_t dispatching_ = 0;
   int32_t wake_pending_ = 0;
@@ -196,8 +207,15 @@ class ZEL_API Scheduler : public TrackedObj {
   SchedulerHost *host_;
   std::atomic<bool> stop_{false};
   struct PendingCalls;
-  PendingCalls *calls_;  // plain calls on their way to the thread
+  // The plain calls on their way to the thread, behind a lock of their own.
+  NRCritSect calls_lock_;
+  PendingCalls *calls_;           // calls_lock_
+  bool calls_queued_ = false;     // calls_lock_: an APC that empties calls_ is on its way
+  void *calls_thread_ = nullptr;  // calls_lock_: the thread handle that APC goes to
   std::atomic<int64_t> passes_{0};
+  // The Scheduler's thread only: whether it is in Run, and what escaped a client meanwhile.
+  bool in_run_ = false;
+  std::exception_ptr failure_;
 };
 
 // Makes a Scheduler named `name`, of kind "Thread", that depends on `owner` (the root when null),

@@ -29,9 +29,9 @@ class ZEL_API WorkThread : public SchedulerHost {
   // Reaps a thread that has ended, then activates the Scheduler and starts the thread unless one
   // runs; true when one runs.
   bool Start();
-  // Sets the thread's priority (-2 lowest to 2 highest) and logs "<name>: Thread priority set to "
-  // and "lowest", "low", "normal", "high", "highest" (or "..." for another value), when the log
-  // has a listener. False when the system refuses.
+  // Sets the thread's priority (-2 lowest to 2 highest), then logs "<name>: Thread priority set
+  // to " and "lowest", "low", "normal", "high", "highest" (or "..." for another value), when the
+  // log has a listener, also when the system refused (intended). False when it refused.
   bool SetPriority(int priority);
 
   Scheduler *GetScheduler() const { return scheduler_.get(); }
