@@ -267,6 +267,99 @@ ZEL_API int ExecutablePath(char *buf, int cap);
 // name of the shared object, and the executable's path for the main program).
 ZEL_API int ModuleFileName(void *module, char *buf, int cap);
 
+// Files. A file handle is the system's HANDLE on Windows; on Linux it points to this layer's own
+// record of an open descriptor. Null is never a file handle (OpenFile returns null, never
+// kInvalidHandle, on failure); a file handle is closed with CloseFile, not CloseHandle. Paths are
+// NUL-terminated, and "\" and "/" both separate directories (Linux turns "\" into "/").
+
+// Desired access, share modes, creation dispositions and attribute flags of OpenFile, with their
+// Windows values.
+inline constexpr uint32_t kGenericRead = 0x80000000;
+inline constexpr uint32_t kGenericWrite = 0x40000000;
+inline constexpr uint32_t kShareRead = 0x1;
+inline constexpr uint32_t kShareWrite = 0x2;
+inline constexpr uint32_t kShareDelete = 0x4;
+inline constexpr uint32_t kCreateNew = 1;         // creates; fails when the file exists
+inline constexpr uint32_t kCreateAlways = 2;      // creates, or empties an existing file
+inline constexpr uint32_t kOpenExisting = 3;      // opens; fails when the file is missing
+inline constexpr uint32_t kOpenAlways = 4;        // opens, creating a missing file
+inline constexpr uint32_t kTruncateExisting = 5;  // opens and empties; fails when it is missing
+inline constexpr uint32_t kFlagSequentialScan = 0x08000000;
+inline constexpr uint32_t kFlagRandomAccess = 0x10000000;
+inline constexpr uint32_t kFlagOverlapped = 0x40000000;
+
+// Opens or creates the file `path` (CreateFileA, no security attributes, no template) with
+// `access` (kGenericRead and/or kGenericWrite), `share` (what other handles of the file may do
+// meanwhile), `disposition` and the attribute `flags`. A directory is not opened. The open is
+// refused as a sharing violation (nothing is created or emptied) when another open handle of the
+// file does not share the access asked for, or has an access that `share` does not allow. Linux:
+// that violation is EBUSY and is seen between the handles of this process only, share-delete is
+// not checked, the two hints become posix_fadvise advice and kFlagOverlapped is ignored. Returns
+// the handle, or null with the last error set.
+ZEL_API Handle OpenFile(const char *path, uint32_t access, uint32_t share, uint32_t disposition,
+                        uint32_t flags);
+// Closes a file handle; false (and the last error set) when it is not one.
+ZEL_API bool CloseFile(Handle file);
+// Reads up to `n` bytes at the file pointer and moves it past them (ReadFile); `*done` receives
+// the count, fewer than `n` only at the end of the file. False on a system error, `*done` then
+// counting the bytes read before it.
+ZEL_API bool ReadFile(Handle file, void *buf, int n, int *done);
+// Writes `n` bytes at the file pointer and moves it past them (WriteFile); `*done` receives the
+// count. False on a system error, `*done` then counting the bytes written before it.
+ZEL_API bool WriteFile(Handle file, const void *buf, int n, int *done);
+
+// Origins of SeekFile, with their Windows values (FILE_BEGIN, FILE_CURRENT, FILE_END).
+inline constexpr int kFileBegin = 0;
+inline constexpr int kFileCurrent = 1;
+inline constexpr int kFileEnd = 2;
+// Moves the file pointer by `distance` from `origin` (SetFilePointer with its high word) and
+// stores the new position through `position` when it is not null. A position before the start
+// fails and leaves the pointer where it was; one past the end is allowed. False on failure.
+ZEL_API bool SeekFile(Handle file, int64_t distance, int origin, int64_t *position);
+// The file's size in bytes (GetFileSize with its high word); -1, with the last error set, on
+// failure.
+ZEL_API int64_t FileSize(Handle file);
+// Writes what the system holds of the file to the device (FlushFileBuffers). Fails for a handle
+// opened without write access.
+ZEL_API bool FlushFile(Handle file);
+
+// Creates one directory (CreateDirectoryA); false, with the last error set, when it exists
+// already or its parent is missing.
+ZEL_API bool CreateDirectory(const char *path);
+// Is `path` an existing directory? Keeps the last error.
+ZEL_API bool IsDirectory(const char *path);
+
+// ---------------------------------------------------------------------------------------------
+// The registry: keys under HKEY_LOCAL_MACHINE and their string values.
+//
+// Windows: advapi32 (RegOpenKeyExA, RegCreateKeyExA, RegQueryValueExA, RegSetValueExA). Linux: a
+// directory tree under $ZEL_REGISTRY (read at each open), or /etc/zel/registry when it is unset:
+// the key "Software\Quendari" is the directory <root>/HKEY_LOCAL_MACHINE/Software/Quendari, and a
+// string value is the file of its name in it, holding the value's bytes (no terminator, no
+// newline).
+
+// Opens HKEY_LOCAL_MACHINE\`subkey` for reading, or with `create` opens it for reading and
+// writing, creating it and the missing keys above it. Returns the key, or null with the last
+// error set.
+ZEL_API void *RegistryOpen(const char *subkey, bool create);
+// Closes a key from RegistryOpen; null is ignored.
+ZEL_API void RegistryClose(void *key);
+// Copies the string value `name` of `key` into `buf` (at most `cap` - 1 characters and a NUL)
+// and returns its full length, which may exceed what fitted; -1, with the last error set, when
+// the value is missing or not a string.
+ZEL_API int RegistryGetString(void *key, const char *name, char *buf, int cap);
+// Sets the string value `name` of `key` to the `length` characters at `value`; false, with the
+// last error set, on failure (a key opened without `create` cannot be written).
+ZEL_API bool RegistrySetString(void *key, const char *name, const char *value, int length);
+
+// ---------------------------------------------------------------------------------------------
+// The environment.
+
+// Sets the process's environment variable `name` to `value`, or removes it when `value` is null or
+// empty (the Windows runtime holds no empty variables), so that the C runtime's getenv sees the
+// change. False on failure.
+ZEL_API bool SetEnvironment(const char *name, const char *value);
+
 // ---------------------------------------------------------------------------------------------
 // Loading other libraries, each with its own symbols as Windows does (on Linux a library loaded
 // here binds its own symbols first and adds none to the process's global scope).

@@ -11,5 +11,8 @@ namespace zel {
 bool BreakDown(UnixTime t, std::tm &out);
 // The local time `fields` describe, normalised by mktime; 0 when mktime fails.
 UnixTime Compose(std::tm fields);
+// As Compose, leaving `fields` normalised as mktime leaves them: when it succeeds, the broken-down
+// form of the result, as BreakDown would give it.
+UnixTime Normalize(std::tm &fields);
 
 }  // namespace zel

@@ -1,4 +1,4 @@
-// The English names of weekdays and months.
+// The English names of weekdays and months, and the lists of them in messages.
 #include <zel/time/calendar.h>
 
 #include "time/names.h"
@@ -25,6 +25,20 @@ int GetMonthZeroBased(const strptr &text) {
 
 strptr GetMonthNameZeroBased(int month) {
   return static_cast<unsigned>(month) < 12 ? strptr(kMonthNames[month], 3) : strptr();
+}
+
+void AppendNameList(cstring &out, const char *const *names, int count) {
+  int line_start = out.length();
+  out << '{';
+  for (int i = 0; i < count; ++i) {
+    if (i > 0) out << ", ";
+    if (out.length() - line_start > 60) {
+      out << "\r\n";
+      line_start = out.length();
+    }
+    out << names[i];
+  }
+  out << '}';
 }
 
 }  // namespace zel

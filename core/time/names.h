@@ -1,5 +1,8 @@
-// The English names of weekdays and months, in one table shared by the calendar and the time text.
+// The English names of weekdays and months, in one table shared by the calendar and the time text,
+// and the lists of names that messages show.
 #pragma once
+
+#include <zel/text/cstring.h>
 
 namespace zel {
 
@@ -11,5 +14,9 @@ inline constexpr const char *kDayAndMonthNames[19] = {
     "August",  "September", "October", "November", "December"};
 inline constexpr const char *const *kWeekdayNames = kDayAndMonthNames;
 inline constexpr const char *const *kMonthNames = kDayAndMonthNames + 7;
+
+// Appends "{Sun, Mon, ...}", with "\r\n" before a name once the list has grown past 60 characters
+// since its start or the last break.
+void AppendNameList(cstring &out, const char *const *names, int count);
 
 }  // namespace zel

@@ -56,22 +56,6 @@ class ReportingInput {
   ParserBase &p_;
 };
 
-// "{Sun, Mon, ...}", with "\r\n" before a name once the list has grown past 60 characters since
-// its start or the last break.
-void AppendNameList(cstring &out, const char *const *names, int count) {
-  int line_start = out.length();
-  out << '{';
-  for (int i = 0; i < count; ++i) {
-    if (i > 0) out << ", ";
-    if (out.length() - line_start > 60) {
-      out << "\r\n";
-      line_start = out.length();
-    }
-    out << names[i];
-  }
-  out << '}';
-}
-
 // What the conversions have read so far.
 struct TimeFields {
   std::tm tm{};

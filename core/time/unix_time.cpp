@@ -14,12 +14,14 @@ bool BreakDown(UnixTime t, std::tm &out) {
   return false;
 }
 
-UnixTime Compose(std::tm fields) {
+UnixTime Normalize(std::tm &fields) {
   const std::time_t t = std::mktime(&fields);
   // mktime fails with -1; a time before 1970 or after 2038, which a UnixTime cannot hold, likewise.
   if (t < 0 || t > INT32_MAX) return UnixTime();
   return UnixTime(static_cast<int32_t>(t));
 }
+
+UnixTime Compose(std::tm fields) { return Normalize(fields); }
 
 UnixTime::UnixTime(const std::tm &fields) : value_(Compose(fields).value_) {}
 

@@ -13,7 +13,11 @@ set(ACCEPTED
   "CmdLine::Append(c, \"v\")\; CmdLine::Append(c, s)\; CmdLine::Append(c, c)"
   "CmdLine::Append(c, \"k\", \"v\")\; CmdLine::Append(c, s, c)\; CmdLine::Append(c, \"k\", s)"
   "CmdLine::Append(c, \"k\", true)\; CmdLine::Append(c, \"k\", 1)\; CmdLine::Append(c, \"k\", 1.5)"
-  "CmdLine::Append(c, \"k\", TypedVar<int>(1))")
+  "CmdLine::Append(c, \"k\", TypedVar<int>(1))"
+  # File flags combine in any order; 64-bit distances as callers spell them.
+  "(void)OpenFile(\"x\", FileRead | FileThrowErrors)\; (void)OpenFile(s, {})\; (void)OpenFile(c, FileWrite)"
+  "QFlags<FileFlags_> f = FileRead\; f |= FileWrite\; f = f | FileAppend\; f = FileTruncate | f\; (void)f.Has(FileRead | FileWrite)"
+  "WinFile w\; (void)w.Skip(1)\; (void)w.Skip(int64_t{1})\; (void)w.Skip(1LL)\; w.SkipX(2)\; w.SkipX(-3LL)\; (void)w.SetPos(5)")
 
 # Results that must be used.
 set(REJECTED
@@ -22,4 +26,5 @@ set(REJECTED
   "day.ToUnixTime()"
   "s.Trimmed()" "s.TrimmedLeft()" "s.TrimmedRight()" "s.Left(1)" "s.Right(1)" "s.Mid(1)"
   "s.Mid(1, 1)" "s.Sub(Range{0, 1})"
-  "c.Replaced(\"a\", \"b\")" "FixNewlines(s)")
+  "c.Replaced(\"a\", \"b\")" "FixNewlines(s)"
+  "FileToStringX(s)" "FileToString(s, FileRead)" "GetModuleDir()" "WinFile w\; w.Detach()")

@@ -12,5 +12,11 @@ int Time(int argc, char **argv);
 int Date(int argc, char **argv);
 // `zelcore cmdline LINE` and `zelcore cmdline --check`: text command lines and their round trip.
 int CommandLine(int argc, char **argv);
+// `zelcore next INTERVAL [--from TIME] [-n N]`: the next times of an interval.
+int Next(int argc, char **argv);
+// `zelcore contains INTERVAL TIME`: whether a time belongs to an interval.
+int Contains(int argc, char **argv);
+// `zelcore kxdir [--set DIR]`: the data directory and where it came from.
+int KXDir(int argc, char **argv);
 
 }  // namespace zelcore

@@ -27,6 +27,9 @@ const Command kCommands[] = {
     {"date", "read a loose date such as \"Jan 5, 07\" or \"yesterday\"", zelcore::Date},
     {"cmdline", "show how a command line reads, or check that lines read back the same",
      zelcore::CommandLine},
+    {"next", "print the next times of a cron-like interval", zelcore::Next},
+    {"contains", "say whether a time belongs to an interval", zelcore::Contains},
+    {"kxdir", "print the shared data directory and where it came from, or set it", zelcore::KXDir},
     {"version", "print the library's version and the platform leg it was built for", Version},
     {"help", "list the commands", Help},
 };

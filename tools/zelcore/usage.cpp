@@ -29,6 +29,24 @@ std::optional<int> CheckArguments(const Usage &usage, int argc, char **argv, int
   return std::nullopt;
 }
 
+std::optional<int> TakeOption(const Usage &usage, int &argc, char **argv, const char *name,
+                              const char *&value) {
+  value = nullptr;
+  for (int i = 0; i < argc; ++i) {
+    if (zel::strptr(argv[i]) != zel::strptr(name)) continue;
+    if (i + 1 == argc) {
+      zel::cstring problem;
+      problem << "option '" << name << "' needs a value";
+      return UsageError(usage, problem);
+    }
+    value = argv[i + 1];
+    for (int j = i + 2; j < argc; ++j) argv[j - 2] = argv[j];
+    argc -= 2;
+    break;
+  }
+  return std::nullopt;
+}
+
 int UsageError(const Usage &usage, const zel::strptr &problem) {
   std::fprintf(stderr, "zelcore %s: %.*s (try 'zelcore %s --help')\n", usage.command,
                problem.length(), problem.text(), usage.command);

@@ -27,6 +27,13 @@ struct Usage {
 // end the command with, or nothing when the command should run.
 std::optional<int> CheckArguments(const Usage &usage, int argc, char **argv, int min, int max);
 
+// Takes the option `name` (such as "--from") and the argument after it, its value, out of the
+// arguments: `value` becomes the value and both leave argv (argc shrinks by 2); `value` becomes
+// null when the option is not given. An option without a value is a usage error: returns the exit
+// code to end the command with, or nothing when the command should go on.
+std::optional<int> TakeOption(const Usage &usage, int &argc, char **argv, const char *name,
+                              const char *&value);
+
 // Writes "zelcore <command>: <problem> (try 'zelcore <command> --help')" on standard error and
 // returns kExitUsage.
 int UsageError(const Usage &usage, const zel::strptr &problem);

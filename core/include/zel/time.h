@@ -3,5 +3,6 @@
 
 #include <zel/time/calendar.h>
 #include <zel/time/nano_time.h>
+#include <zel/time/time_interval.h>
 #include <zel/time/time_text.h>
 #include <zel/time/unix_time.h>

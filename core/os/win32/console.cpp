@@ -16,7 +16,7 @@ bool ConsoleWrite(const char *text, int length) {
   HANDLE out = GetStdHandle(STD_OUTPUT_HANDLE);
   while (length > 0) {
     DWORD written = 0;
-    if (!WriteFile(out, text, static_cast<DWORD>(length), &written, nullptr)) return false;
+    if (!::WriteFile(out, text, static_cast<DWORD>(length), &written, nullptr)) return false;
     text += written;
     length -= static_cast<int>(written);
   }

@@ -9,3 +9,4 @@
 #undef CreateWaitableTimer
 #undef Yield
 #undef LoadLibrary
+#undef CreateDirectory
