@@ -1,5 +1,6 @@
 // `zelcore kxdir`: the data directory the library's programs share.
 #include "commands.h"
+#include "console_log.h"
 #include "usage.h"
 
 #include <zel/file/kx_dir.h>
@@ -14,11 +15,11 @@ const Usage kKXDirUsage = {
     "kxdir",
     "usage: zelcore kxdir [--set DIR]\n"
     "\n"
-    "Prints the data directory of the library's programs and where it came from. The first of\n"
-    "these that is there decides: the registry value KXDATA under HKEY_LOCAL_MACHINE\n"
-    "Software\\Quendari (on Linux the file HKEY_LOCAL_MACHINE/Software/Quendari/KXDATA under\n"
-    "$ZEL_REGISTRY, /etc/zel/registry by default), the environment variable KXDATA, the\n"
-    "directory KXDATA beside the program.\n"
+    "Prints the library's own log line about the data directory of its programs, then the\n"
+    "directory and where it came from. The first of these that is there decides: the registry\n"
+    "value KXDATA under HKEY_LOCAL_MACHINE Software\\Quendari (on Linux the file\n"
+    "HKEY_LOCAL_MACHINE/Software/Quendari/KXDATA under $ZEL_REGISTRY, /etc/zel/registry by\n"
+    "default), the environment variable KXDATA, the directory KXDATA beside the program.\n"
     "  --set DIR  makes DIR the data directory: saves it in the registry value, which later\n"
     "             programs find first, and creates it\n"};
 
@@ -39,6 +40,7 @@ int KXDir(int argc, char **argv) {
   const char *dir = nullptr;
   if (auto exit = TakeOption(kKXDirUsage, argc, argv, "--set", dir)) return *exit;
   if (auto exit = CheckArguments(kKXDirUsage, argc, argv, 0, 0)) return *exit;
+  ConsoleLog console;  // the library says how it decided
   if (dir != nullptr) zel::SetKXDir(dir);
   const zel::cstring found = zel::GetKXDir();
   std::printf("%s\nsource: %s\n", found.text(), SourceName(zel::GetKXDirSource()));
