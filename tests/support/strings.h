@@ -23,6 +23,14 @@ inline std::string Cat(std::initializer_list<std::string_view> parts) {
   return joined;
 }
 
+// What `cstring << value` writes.
+template <typename T>
+std::string Printed(const T &value) {
+  cstring s;
+  s << value;
+  return Str(s);
+}
+
 // The message of the ErrorX that `call` throws, or "no failure".
 template <typename Call>
 std::string FailureOf(Call &&call) {

@@ -15,14 +15,8 @@ namespace zel {
 namespace {
 
 using test::LocalAt;
+using test::Printed;
 using test::Str;
-
-template <typename T>
-std::string AsText(const T &value) {
-  cstring s;
-  s << value;
-  return Str(s);
-}
 
 // The interval as it is written, "*/*/* 06:59:00", or the classic form.
 std::string Written(const TimeInterval &t, bool classic = false) {
@@ -181,10 +175,10 @@ TEST_P(TimeIntervalClock, NextTimeAdvancesTheFields) {
   };
   for (const auto &c : cases) {
     const UnixTime next = TimeInterval(c.interval).GetNextTime(c.from);
-    EXPECT_EQ(AsText(next), AsText(c.next)) << c.interval << " from " << AsText(c.from);
+    EXPECT_EQ(Printed(next), Printed(c.next)) << c.interval << " from " << Printed(c.from);
   }
-  EXPECT_EQ(AsText(TimeInterval("*/*/* 06:59:00").GetFirstTime()),
-            AsText(LocalAt(1976, 2, 1, 6, 59)));  // intended
+  EXPECT_EQ(Printed(TimeInterval("*/*/* 06:59:00").GetFirstTime()),
+            Printed(LocalAt(1976, 2, 1, 6, 59)));  // intended
   EXPECT_EQ(TimeInterval().GetFirstTime().value(), 0);
 }
 
@@ -197,7 +191,7 @@ TEST_P(TimeIntervalClock, NextTimeMovesForwardAcrossClockChanges) {
   int searches = 0, changes = 0;
   const auto next_after = [&searches](const TimeInterval &interval, UnixTime t) {
     const UnixTime next = interval.GetNextTime(t);
-    EXPECT_TRUE(next.value() == 0 || next > t) << AsText(interval) << " from " << AsText(t);
+    EXPECT_TRUE(next.value() == 0 || next > t) << Printed(interval) << " from " << Printed(t);
     ++searches;
     return next;
   };

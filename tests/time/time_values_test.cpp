@@ -13,14 +13,8 @@
 namespace zel {
 namespace {
 
+using test::Printed;
 using test::Str;
-
-template <typename T>
-std::string Printed(const T &value) {
-  cstring s;
-  s << value;
-  return Str(s);
-}
 
 TEST(NanoTime, SaturatingArithmeticAndConversions) {
   EXPECT_EQ(NanoDiff::Secs(1e12).value, INT64_MAX);
