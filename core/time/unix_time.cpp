@@ -14,8 +14,26 @@ bool BreakDown(UnixTime t, std::tm &out) {
   return false;
 }
 
+namespace {
+
+// Seconds into the month of the wall-clock time `f` shows.
+int64_t WallSeconds(const std::tm &f) {
+  return ((int64_t{f.tm_mday} * 24 + f.tm_hour) * 60 + f.tm_min) * 60 + f.tm_sec;
+}
+
+}  // namespace
+
 UnixTime Normalize(std::tm &fields) {
-  const std::time_t t = std::mktime(&fields);
+  const std::tm asked = fields;
+  std::time_t t = std::mktime(&fields);
+  // A time in the hour skipped as clocks spring forward: the C library on Linux reads 02:30 as
+  // 03:30, after the change, but Windows' runtime as 01:30, before it. Every platform reads it
+  // forward, so that a time asked for never comes out earlier than what the clock showed.
+  if (t != -1 && asked.tm_isdst < 0 && fields.tm_year == asked.tm_year &&
+      fields.tm_mon == asked.tm_mon && WallSeconds(fields) < WallSeconds(asked)) {
+    t += static_cast<std::time_t>(WallSeconds(asked) - WallSeconds(fields));
+    os::LocalTime(t, fields);
+  }
   // mktime fails with -1; a time before 1970 or after 2038, which a UnixTime cannot hold, likewise.
   if (t < 0 || t > INT32_MAX) return UnixTime();
   return UnixTime(static_cast<int32_t>(t));

@@ -37,6 +37,15 @@ TEST_P(Calendar, DatesComposeToLocalMidnight) {
   EXPECT_EQ(ReplaceTime(summer, t), LocalAt(2007, 7, 1, 14, 2, 9));
   // Across the change to summer time a day is an hour short.
   EXPECT_EQ((summer - winter).value, 167 * 86400 - (Daylight() ? 3600 : 0));
+  // The hour skipped by that change reads forward, on every platform.
+  std::tm skipped{};
+  skipped.tm_year = 107;
+  skipped.tm_mon = 2;
+  skipped.tm_mday = 11;
+  skipped.tm_hour = 2;
+  skipped.tm_min = 30;
+  skipped.tm_isdst = -1;
+  EXPECT_EQ(UnixTime(skipped), LocalAt(2007, 3, 11, Daylight() ? 3 : 2, 30));
 
   cstring s;
   s << t << " | " << NanoTime().Set(t).qAdd(NanoDiff::Msecs(250));

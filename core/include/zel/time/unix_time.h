@@ -25,6 +25,8 @@ class ZEL_API UnixTime {
   constexpr UnixTime() = default;
   constexpr explicit UnixTime(int32_t seconds) : value_(seconds) {}
   // The local time `fields` describes (normalised as mktime does); 0 when it cannot be represented.
+  // With tm_isdst -1, a time in the hour skipped as clocks spring forward reads as that time after
+  // the change (02:30 as 03:30) on every platform.
   explicit UnixTime(const std::tm &fields);
 
   // The system clock.
