@@ -6,6 +6,8 @@
 #include <zel/text/thread_local_string.h>
 #include <zel/thread/critsect.h>
 
+#include "os/os.h"
+
 #include <cstdlib>
 #include <new>
 #include <utility>
@@ -16,12 +18,6 @@ namespace {
 
 constexpr char kKey[] = "Software\\Quendari";
 constexpr char kName[] = "KXDATA";
-
-#if defined(_WIN32)
-constexpr char kSeparator = '\\';
-#else
-constexpr char kSeparator = '/';
-#endif
 
 // The process's directory and its source, under their lock; never destroyed, so that it serves
 // static destructors too.
@@ -37,14 +33,12 @@ KXDir &State() {
 }
 
 cstring &EnsureSeparator(cstring &dir) {
-  if (!dir.empty() && !dir.EndsWithQ("\\") && !dir.EndsWithQ("/")) dir << kSeparator;
+  if (!dir.empty() && !dir.EndsWithQ("\\") && !dir.EndsWithQ("/")) dir << os::kPathSeparator;
   return dir;
 }
 
-bool LogListens() { return LogCategory::n_global_clients.load(std::memory_order_relaxed) >= 1; }
-
 void LogDirectory(const cstring &dir, const char *ending) {
-  if (!LogListens()) return;
+  if (LogCategory::n_global_clients < 1) return;
   ThreadLocalString line;
   *line << "%C00aa00: The KXDATA directory is set to " << dir << ending << "\r\n";
   PrintLog(*line);
@@ -96,7 +90,7 @@ KXDirSource GetKXDirSource() {
 void SetKXDir(const strptr &dir) {
   cstring copy(dir);
   EnsureSeparator(copy);
-  if (std::getenv(kName) != nullptr && LogListens())
+  if (std::getenv(kName) != nullptr && LogCategory::n_global_clients >= 1)
     PrintLog(
         "%W: Warning: there is an environment variable KXDATA, which will be shadowed by "
         "the registry key\r\n");

@@ -257,6 +257,13 @@ ZEL_API bool EnableFaultTranslation(FaultThrower thrower);
 // ---------------------------------------------------------------------------------------------
 // Files and paths.
 
+// The separator added to a directory that lacks one ("\" and "/" are both read as separators).
+#if defined(_WIN32)
+inline constexpr char kPathSeparator = '\\';
+#else
+inline constexpr char kPathSeparator = '/';
+#endif
+
 // Writes the running executable's full path into `buf` (at most `cap` - 1 characters and a NUL)
 // and returns its full length, which may exceed what fitted; 0 on failure.
 ZEL_API int ExecutablePath(char *buf, int cap);

@@ -35,6 +35,8 @@ class SchedulerAccess {
       Scheduler::ReportFailure(std::current_exception());
     }
   }
+  // Logs what escaped a thread's work, as Run logs what escapes a client.
+  static void ReportFailure(std::exception_ptr failure) { Scheduler::ReportFailure(failure); }
   // The host goes before the Scheduler: it is told nothing more.
   static void ForgetHost(Scheduler *s) { s->host_ = nullptr; }
   // Makes a Scheduler active (tracked state 1): a WorkThread's, as its thread starts.

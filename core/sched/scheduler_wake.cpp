@@ -18,8 +18,6 @@ namespace {
 
 constexpr uint32_t kHourMs = 3600000;
 
-bool LogListens() { return LogCategory::n_global_clients.load(std::memory_order_relaxed) >= 1; }
-
 }  // namespace
 
 // --- Arming ---
@@ -70,7 +68,7 @@ void Scheduler::Contain(void (*work)(Scheduler *), Scheduler *s) {
 }
 
 void Scheduler::ReportFailure(std::exception_ptr failure) {
-  if (!LogListens()) return;
+  if (LogCategory::n_global_clients < 1) return;
   ThreadLocalString line;
   try {
     std::rethrow_exception(failure);
@@ -181,7 +179,7 @@ void Scheduler::RunCalls(Scheduler *s) {
 }
 
 void Scheduler::LogDroppedCall() {
-  if (!LogListens()) return;
+  if (LogCategory::n_global_clients < 1) return;
   ThreadLocalString line;
   *line << GetName() << ": Deactivating, APC ignored\r\n";
   PrintLog(*line);

@@ -67,7 +67,7 @@ TrackedObj *FindTrackedObj(const strptr &name, const strptr &type) {
     root->GetDependants(dependants);
     found = FindAmong(dependants, name, type);
   }
-  if (found == nullptr && LogCategory::n_global_clients.load(std::memory_order_relaxed) >= 1) {
+  if (found == nullptr && LogCategory::n_global_clients >= 1) {
     ThreadLocalString line;
     *line << "%Ccccccc: object " << name << " not found\r\n";
     PrintLog(*line);

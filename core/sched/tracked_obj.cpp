@@ -45,13 +45,11 @@ struct TrackedRecord {
 
 namespace {
 
-bool LogListens() { return LogCategory::n_global_clients.load(std::memory_order_relaxed) >= 1; }
-
 std::atomic<bool> g_dependency_logging{false};
 
 // Logs name + text + "\r\n".
 void LogAbout(const shstring &name, const char *text) {
-  if (!LogListens()) return;
+  if (LogCategory::n_global_clients < 1) return;
   ThreadLocalString line;
   *line << name << text << "\r\n";
   PrintLog(*line);
@@ -94,7 +92,7 @@ CritSect &TreeLock() {
 }
 
 TrackedObj::~TrackedObj() {
-  if (LogListens()) {
+  if (LogCategory::n_global_clients >= 1) {
     ThreadLocalString line;
     *line << "Destructor for tracked object " << name_ << "\r\n";
     PrintLog(*line);
@@ -102,7 +100,7 @@ TrackedObj::~TrackedObj() {
   {
     CritSectLock hold(TreeLock());
     for (TrackedObj *d : dependants_) {
-      if (d->GetState() == kActive && LogListens()) {
+      if (d->GetState() == kActive && LogCategory::n_global_clients >= 1) {
         ThreadLocalString line;
         *line << "Invalid dependency tree: object " << d->name_ << " not deactivated!\r\n";
         PrintLog(*line);
@@ -168,7 +166,8 @@ void TrackedObj::AddDependency(TrackedObj *x) {
     dependencies_.Add(x);
     x->dependants_.Add(this);
   }
-  if (x != GetTrackedObjRoot() && g_dependency_logging.load() && LogListens()) {
+  if (x != GetTrackedObjRoot() && g_dependency_logging.load() &&
+      LogCategory::n_global_clients >= 1) {
     ThreadLocalString line;
     *line << "Object " << name_ << " now depends on " << x->name_ << "\r\n";
     PrintLog(*line);

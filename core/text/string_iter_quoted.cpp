@@ -128,7 +128,7 @@ class QuotedReader {
   }
 
   void WarnWeirdEscape(char c) const {
-    if (LogCategory::n_global_clients.load(std::memory_order_relaxed) < 1) return;
+    if (LogCategory::n_global_clients < 1) return;
     ThreadLocalString line;
     *line << "%W: Weird escape character " << c
           << ", string so far: " << copy_.view().Mid(content_start_) << "\r\n";

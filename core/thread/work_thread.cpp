@@ -1,5 +1,4 @@
 // WorkThread: a thread running its own Scheduler.
-#include <zel/diag/error.h>
 #include <zel/diag/log.h>
 #include <zel/text/thread_local_string.h>
 #include <zel/thread/work_thread.h>
@@ -7,11 +6,11 @@
 #include "os/os.h"
 #include "sched/scheduler_parts.h"
 
+#include <exception>
+
 namespace zel {
 
 namespace {
-
-bool LogListens() { return LogCategory::n_global_clients.load(std::memory_order_relaxed) >= 1; }
 
 const char *PriorityWord(int priority) {
   switch (priority) {
@@ -54,7 +53,7 @@ bool WorkThread::Start() {
 
 bool WorkThread::SetPriority(int priority) {
   const bool set = os::SetThreadPriority(thread_.Handle(), priority);
-  if (LogListens()) {
+  if (LogCategory::n_global_clients >= 1) {
     ThreadLocalString line;
     *line << scheduler_->GetName() << ": Thread priority set to " << PriorityWord(priority)
           << "\r\n";
@@ -79,7 +78,7 @@ void WorkThread::Body(void *self) {
   Scheduler *s = w->scheduler_.get();
   SetThreadLocalScheduler(s);
   s->SetTrackedObjScheduler(s);
-  if (LogListens()) {
+  if (LogCategory::n_global_clients >= 1) {
     ThreadLocalString line;
     *line << "Thread " << os::CurrentThreadId() << " is " << s->GetName() << "\r\n";
     PrintLog(*line);
@@ -89,13 +88,8 @@ void WorkThread::Body(void *self) {
     if (w->OnInit())
       while (w->DoWork()) {
       }
-  } catch (const ExceptionBase &e) {
-    if (LogListens()) {
-      ThreadLocalString line;
-      e.Print(*line);
-      *line << "\r\n";
-      PrintLog(*line);
-    }
+  } catch (...) {
+    SchedulerAccess::ReportFailure(std::current_exception());
   }
   s->RequestDeactivate();
   s->Run();  // once more, so that the deactivation finishes

@@ -131,7 +131,7 @@ TimeInterval::TimeInterval(const strptr &text) {
   try {
     ParseX(p);
   } catch (const zel::ExceptionBase &e) {
-    if (zel::LogCategory::n_global_clients.load(std::memory_order_relaxed) < 1) return;
+    if (zel::LogCategory::n_global_clients < 1) return;
     zel::ThreadLocalString line;
     *line << "%W: TimeInterval " << text << ": ";
     e.Print(*line);

@@ -8,39 +8,35 @@
 
 namespace zel::os {
 
-bool ReadFile(Handle h, void *buf, int n, int *done) {
+namespace {
+
+// Moves all `n` bytes through `move` (read or write), as ReadFile and WriteFile do, or up to the
+// end of the file: `*done` counts them. False, with errno set, on failure.
+template <typename Buffer, typename Move>
+bool MoveAll(Handle h, Buffer *buf, int n, int *done, Move move) {
   *done = 0;
   posix::File *file = posix::FileOf(h);
   if (file == nullptr) return false;
-  auto *next = static_cast<char *>(buf);
-  // A file delivers all that is asked for up to its end, as ReadFile does.
   while (*done < n) {
-    ssize_t got = read(file->fd, next + *done, static_cast<size_t>(n - *done));
-    if (got < 0) {
+    const ssize_t moved = move(file->fd, buf + *done, static_cast<size_t>(n - *done));
+    if (moved < 0) {
       if (errno == EINTR) continue;
       return false;
     }
-    if (got == 0) break;
-    *done += static_cast<int>(got);
+    if (moved == 0) break;
+    *done += static_cast<int>(moved);
   }
   return true;
 }
 
+}  // namespace
+
+bool ReadFile(Handle h, void *buf, int n, int *done) {
+  return MoveAll(h, static_cast<char *>(buf), n, done, ::read);
+}
+
 bool WriteFile(Handle h, const void *buf, int n, int *done) {
-  *done = 0;
-  posix::File *file = posix::FileOf(h);
-  if (file == nullptr) return false;
-  const auto *next = static_cast<const char *>(buf);
-  while (*done < n) {
-    ssize_t put = write(file->fd, next + *done, static_cast<size_t>(n - *done));
-    if (put < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    if (put == 0) break;
-    *done += static_cast<int>(put);
-  }
-  return true;
+  return MoveAll(h, static_cast<const char *>(buf), n, done, ::write);
 }
 
 bool SeekFile(Handle h, int64_t distance, int origin, int64_t *position) {
